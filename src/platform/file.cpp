@@ -1,0 +1,114 @@
+#include "platform/file.h"
+
+#include <algorithm>
+#include <bit>
+
+namespace orv::platform {
+namespace {
+
+static_assert(std::endian::native == std::endian::little, "integers are stored as they stand");
+
+constexpr std::int64_t kSmallestStep = std::int64_t{64} * 1024;
+constexpr std::int64_t kGreatestStep = std::int64_t{16} * 1024 * 1024;
+/// A growing file reserves an eighth of its length ahead, so that reserving costs little per byte.
+constexpr std::int64_t kStepShare = 8;
+
+std::uint64_t NextOpening() {
+  static std::uint64_t last = 0;
+  return ++last;
+}
+
+std::int64_t WithStep(std::int64_t length) {
+  const std::int64_t step = std::clamp(length / kStepShare, kSmallestStep, kGreatestStep);
+  return std::min(length + step, kGreatestLength);
+}
+
+}  // namespace
+
+File::File(std::unique_ptr<Mapping> mapping)
+    : mapping_(std::move(mapping)),
+      base_(mapping_->base()),
+      length_(mapping_->size()),
+      opening_(NextOpening()) {}
+
+File::~File() {
+  if (extended_ && !Faulted()) mapping_->Trim(length_);
+}
+
+std::string_view File::ClippedView(std::int64_t position, std::int64_t count) const {
+  if (position < 1 || position > length_ || count < 1) return {};
+  const std::int64_t existing = std::min(count, length_ - (position - 1));
+  return {base_ + position - 1, static_cast<std::size_t>(existing)};
+}
+
+void File::Write(std::int64_t position, std::string_view bytes) {
+  const bool own = bytes.data() >= base_ && bytes.data() < base_ + length_;
+  const std::ptrdiff_t offset = own ? bytes.data() - base_ : 0;
+  Prepare(position, static_cast<std::int64_t>(bytes.size()));
+  std::memmove(base_ + position - 1, own ? base_ + offset : bytes.data(), bytes.size());
+}
+
+void File::WriteZeros(std::int64_t position, std::int64_t count) {
+  Prepare(position, count);
+  std::memset(base_ + position - 1, 0, static_cast<std::size_t>(count));
+}
+
+void File::Move(std::int64_t from, std::int64_t to, std::int64_t count) {
+  if (!Contains(from, count) || !Contains(to, count)) Raise(RunTimeError::kSubscript);
+  std::memmove(base_ + to - 1, base_ + from - 1, static_cast<std::size_t>(count));
+}
+
+void File::Grow(std::int64_t position, std::int64_t count) {
+  if (position < 1 || count < 0) Raise(RunTimeError::kSubscript);
+  if (position - 1 > kGreatestLength - count) Raise(RunTimeError::kOverflow);
+  const std::int64_t needed = position - 1 + count;
+  if (needed > mapping_->size()) {
+    try {
+      mapping_->Extend(WithStep(needed));
+    } catch (const RunTimeFailure& failure) {
+      if (failure.number() != RunTimeError::kDiskFull) throw;
+      mapping_->Extend(needed);  // near a full disk the step shrinks to what is needed
+    }
+    extended_ = true;
+    base_ = mapping_->base();
+  }
+  length_ = needed;
+}
+
+void File::RefreshLength() {
+  if (extended_) return;  // the file is ours to grow; its end is where we put it
+  mapping_->Refresh();
+  length_ = mapping_->size();
+}
+
+File& NumberedFiles::Open(int number, const std::wstring& path) {
+  Close(number);
+  auto& slot = files_[static_cast<std::size_t>(number)];
+  slot = std::make_unique<File>(MapFile(path));
+  return *slot;
+}
+
+File& NumberedFiles::OpenScratch() {
+  Close(kCreation);
+  auto& slot = files_[kCreation];
+  slot = std::make_unique<File>(MapScratchFile());
+  return *slot;
+}
+
+void NumberedFiles::CloseOn(const FileIdentity& identity) {
+  for (auto& file : files_) {
+    if (file && file->Identity() == identity) file.reset();
+  }
+}
+
+void NumberedFiles::CloseFaulted() {
+  for (auto& file : files_) {
+    if (file && file->Faulted()) file.reset();
+  }
+}
+
+void NumberedFiles::CloseAll() {
+  for (auto& file : files_) file.reset();
+}
+
+}  // namespace orv::platform

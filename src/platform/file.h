@@ -1,0 +1,125 @@
+// A file addressed by 1-based byte positions, and the numbers under which files are open.
+#pragma once
+
+#include <array>
+#include <cstdint>
+#include <cstring>
+#include <memory>
+#include <string>
+#include <string_view>
+
+#include "platform/mapping.h"
+#include "platform/run_time_error.h"
+
+namespace orv::platform {
+
+/// An open file. Position 1 is its first byte. Reading is reading memory and writing is storing into it,
+/// so what a call has written survives the death of the process; the file grows in steps and is cut to
+/// its true length when it is closed. Integers are little-endian.
+///
+/// Reading never fails: bytes that the file does not have read as zeros, or are missing from a view.
+/// Writing below position 1 raises 9; growing beyond position 2147483647 raises 6 and a full disk 61,
+/// both before a byte is written.
+class File {
+ public:
+  explicit File(std::unique_ptr<Mapping> mapping);
+  ~File();
+  File(const File&) = delete;
+  File& operator=(const File&) = delete;
+
+  /// A number that no other opening in this process has or will have.
+  std::uint64_t opening() const { return opening_; }
+  FileIdentity Identity() const { return mapping_->Identity(); }
+  /// The true length in bytes.
+  std::int64_t Length() const { return length_; }
+  /// Whether the whole range lies inside the file.
+  bool Contains(std::int64_t position, std::int64_t count) const {
+    return position >= 1 && count >= 0 && count <= length_ - (position - 1);
+  }
+
+  /// The bytes of the range that exist. The view is good until the next write to this file.
+  std::string_view View(std::int64_t position, std::int64_t count) const {
+    if (Contains(position, count)) return {base_ + position - 1, static_cast<std::size_t>(count)};
+    return ClippedView(position, count);
+  }
+  std::uint8_t ByteAt(std::int64_t position) const { return IntegerAt<std::uint8_t>(position); }
+  std::int16_t Int16At(std::int64_t position) const { return IntegerAt<std::int16_t>(position); }
+  std::int32_t Int32At(std::int64_t position) const { return IntegerAt<std::int32_t>(position); }
+
+  /// Stores the bytes; a gap between the file's end and `position` is filled with zeros. The bytes may be
+  /// a view of this file.
+  void Write(std::int64_t position, std::string_view bytes);
+  void WriteByte(std::int64_t position, std::uint8_t value) { WriteInteger(position, value); }
+  void WriteInt16(std::int64_t position, std::int16_t value) { WriteInteger(position, value); }
+  void WriteInt32(std::int64_t position, std::int32_t value) { WriteInteger(position, value); }
+  void WriteZeros(std::int64_t position, std::int64_t count);
+  /// Moves `count` existing bytes within the file; the ranges may overlap.
+  void Move(std::int64_t from, std::int64_t to, std::int64_t count);
+
+  /// Takes notice of a length that another program has changed.
+  void RefreshLength();
+  bool Faulted() const noexcept { return mapping_->Faulted(); }
+
+ private:
+  template <typename Integer>
+  Integer IntegerAt(std::int64_t position) const {
+    Integer value = 0;
+    if (Contains(position, sizeof value)) {
+      std::memcpy(&value, base_ + position - 1, sizeof value);
+    } else {
+      const std::string_view bytes = ClippedView(position, sizeof value);
+      std::memcpy(&value, bytes.data(), bytes.size());
+    }
+    return value;
+  }
+  template <typename Integer>
+  void WriteInteger(std::int64_t position, Integer value) {
+    Prepare(position, sizeof value);
+    std::memcpy(base_ + position - 1, &value, sizeof value);
+  }
+
+  std::string_view ClippedView(std::int64_t position, std::int64_t count) const;
+  /// Makes the range writable, growing the file when it ends before the range does.
+  void Prepare(std::int64_t position, std::int64_t count) {
+    if (!Contains(position, count)) Grow(position, count);
+  }
+  void Grow(std::int64_t position, std::int64_t count);
+
+  std::unique_ptr<Mapping> mapping_;
+  char* base_;
+  std::int64_t length_;
+  std::uint64_t opening_;
+  bool extended_ = false;
+};
+
+/// The files of an engine, known by number: 1 to 10 for the open-file table, 255 for creation and
+/// scratch.
+class NumberedFiles {
+ public:
+  static constexpr int kCreation = 255;
+
+  /// Opens the file under a number, creating it when it is missing. A number still open is closed first.
+  File& Open(int number, const std::wstring& path);
+  /// Opens the private scratch file under number 255.
+  File& OpenScratch();
+  /// The file of a number, or nullptr when the number is not open.
+  File* Find(int number) const { return files_[static_cast<std::size_t>(number)].get(); }
+  /// The file of a number; raises 52 when the number is not open.
+  File& At(int number) const {
+    File* file = Find(number);
+    if (file == nullptr) Raise(RunTimeError::kBadFileNumber);
+    return *file;
+  }
+  /// Closes a number; harmless when it is not open.
+  void Close(int number) { files_[static_cast<std::size_t>(number)].reset(); }
+  /// Closes every number that is open on this file.
+  void CloseOn(const FileIdentity& identity);
+  /// Closes every number whose file was cut short under it or could not be read.
+  void CloseFaulted();
+  void CloseAll();
+
+ private:
+  std::array<std::unique_ptr<File>, kCreation + 1> files_;
+};
+
+}  // namespace orv::platform
