@@ -6,7 +6,8 @@
 
 namespace orv::platform {
 
-/// The numbers a run-time failure carries. Hosts see them as error codes, so they are fixed forever.
+/// The numbers a run-time failure carries. Hosts see them as error codes, so they are fixed
+/// forever.
 enum class RunTimeError : std::int16_t {
   kInvalidCall = 5,
   kOverflow = 6,

@@ -1,0 +1,40 @@
+# What every target of this project shares: language, warnings, sanitizers, where the results land.
+include_guard(GLOBAL)
+
+if(PROJECT_IS_TOP_LEVEL)
+  set(CMAKE_RUNTIME_OUTPUT_DIRECTORY "${PROJECT_BINARY_DIR}/bin")
+  set(CMAKE_LIBRARY_OUTPUT_DIRECTORY "${PROJECT_BINARY_DIR}/lib")
+  set(CMAKE_ARCHIVE_OUTPUT_DIRECTORY "${PROJECT_BINARY_DIR}/lib")
+  set(CMAKE_EXPORT_COMPILE_COMMANDS ON)
+
+  # ccache makes rebuilding cheap where it is installed; nothing depends on it.
+  if(NOT CMAKE_CXX_COMPILER_LAUNCHER)
+    find_program(ORV_CCACHE ccache)
+    mark_as_advanced(ORV_CCACHE)
+    if(ORV_CCACHE)
+      set(CMAKE_CXX_COMPILER_LAUNCHER "${ORV_CCACHE}")
+    endif()
+  endif()
+endif()
+
+if(ORV_FUZZ AND NOT CMAKE_CXX_COMPILER_ID MATCHES "Clang")
+  message(FATAL_ERROR "ORV_FUZZ needs clang: configure with the preset \"fuzz\"")
+endif()
+
+# Gives `target` the project's language level, warnings and, when asked for, sanitizers.
+function(orv_configure_target target)
+  target_compile_features(${target} PUBLIC cxx_std_20)
+  set_target_properties(${target} PROPERTIES CXX_EXTENSIONS OFF)
+  target_compile_options(${target} PRIVATE -Wall -Wextra -Wpedantic -Wshadow -Wconversion)
+  if(ORV_WARNINGS_AS_ERRORS)
+    target_compile_options(${target} PRIVATE -Werror)
+  endif()
+  if(ORV_SANITIZE OR ORV_FUZZ)
+    set(flags -fsanitize=address,undefined -fno-sanitize-recover=all -fno-omit-frame-pointer)
+    target_compile_options(${target} PRIVATE ${flags})
+    target_link_options(${target} PUBLIC -fsanitize=address,undefined)
+  endif()
+  if(ORV_FUZZ)
+    target_compile_options(${target} PRIVATE -fsanitize=fuzzer-no-link)
+  endif()
+endfunction()
