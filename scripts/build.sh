@@ -22,5 +22,7 @@ while (($#)); do
   shift
 done
 
-need_packages $packages_build
+packages="$packages_build"
+if [[ "$preset" == fuzz ]]; then packages="$packages_fuzz"; fi
+need_packages $packages
 build_preset "$preset" ${targets[@]+"${targets[@]}"}

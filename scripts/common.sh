@@ -9,6 +9,7 @@ packages_bench_peers="liblmdb-dev libshp-dev libsqlite3-dev"
 packages_demo="$packages_build"
 packages_lint="$packages_build clang-format clang-tidy cppcheck"
 packages_format="clang-format"
+packages_fuzz="$packages_build clang"
 
 # Stops the command with a sentence.
 die() {
