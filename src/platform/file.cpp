@@ -31,8 +31,11 @@ File::File(std::unique_ptr<Mapping> mapping)
       length_(mapping_->size()),
       opening_(NextOpening()) {}
 
-File::~File() {
+File::~File() { Settle(); }
+
+void File::Settle() noexcept {
   if (extended_ && !Faulted()) mapping_->Trim(length_);
+  extended_ = false;
 }
 
 std::string_view File::ClippedView(std::int64_t position, std::int64_t count) const {
@@ -95,6 +98,13 @@ File& NumberedFiles::OpenScratch() {
   return *slot;
 }
 
+void NumberedFiles::Retire(int number) {
+  auto& slot = files_[static_cast<std::size_t>(number)];
+  if (!slot) return;
+  slot->Settle();
+  retired_.push_back(std::move(slot));
+}
+
 void NumberedFiles::CloseOn(const FileIdentity& identity) {
   for (auto& file : files_) {
     if (file && file->Identity() == identity) file.reset();
@@ -109,6 +119,7 @@ void NumberedFiles::CloseFaulted() {
 
 void NumberedFiles::CloseAll() {
   for (auto& file : files_) file.reset();
+  ReleaseRetired();
 }
 
 }  // namespace orv::platform

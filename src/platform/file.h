@@ -7,11 +7,18 @@
 #include <memory>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "platform/mapping.h"
 #include "platform/run_time_error.h"
 
 namespace orv::platform {
+
+/// What an upper room remembers of one opening of a file; it dies with the opening.
+class FileMemory {
+ public:
+  virtual ~FileMemory() = default;
+};
 
 /// An open file. Position 1 is its first byte. Reading is reading memory and writing is storing into it,
 /// so what a call has written survives the death of the process; the file grows in steps and is cut to
@@ -56,8 +63,13 @@ class File {
   /// Moves `count` existing bytes within the file; the ranges may overlap.
   void Move(std::int64_t from, std::int64_t to, std::int64_t count);
 
+  /// A place for what the room above remembers of this opening; empty until that room fills it.
+  std::unique_ptr<FileMemory>& memory() { return memory_; }
+
   /// Takes notice of a length that another program has changed.
   void RefreshLength();
+  /// Cuts the file to its true length now; the next growth extends it again.
+  void Settle() noexcept;
   bool Faulted() const noexcept { return mapping_->Faulted(); }
 
  private:
@@ -86,6 +98,7 @@ class File {
   void Grow(std::int64_t position, std::int64_t count);
 
   std::unique_ptr<Mapping> mapping_;
+  std::unique_ptr<FileMemory> memory_;
   char* base_;
   std::int64_t length_;
   std::uint64_t opening_;
@@ -112,6 +125,10 @@ class NumberedFiles {
   }
   /// Closes a number; harmless when it is not open.
   void Close(int number) { files_[static_cast<std::size_t>(number)].reset(); }
+  /// Closes a number, but keeps the file object alive for the operation that may still be reading it, until
+  /// `ReleaseRetired`.
+  void Retire(int number);
+  void ReleaseRetired() { retired_.clear(); }
   /// Closes every number that is open on this file.
   void CloseOn(const FileIdentity& identity);
   /// Closes every number whose file was cut short under it or could not be read.
@@ -120,6 +137,7 @@ class NumberedFiles {
 
  private:
   std::array<std::unique_ptr<File>, kCreation + 1> files_;
+  std::vector<std::unique_ptr<File>> retired_;
 };
 
 }  // namespace orv::platform

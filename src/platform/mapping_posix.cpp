@@ -189,8 +189,11 @@ class PosixMapping final : public Mapping {
 std::unique_ptr<Mapping> MapFile(const std::wstring& path) {
   constexpr int kMode = 0666;
   const std::string name = NativeName(path);
-  return std::make_unique<PosixMapping>(
-      open(name.c_str(), O_RDWR | O_CREAT | O_CLOEXEC | O_NONBLOCK | O_NOCTTY, kMode));
+  const int descriptor =
+      open(name.c_str(), O_RDWR | O_CREAT | O_CLOEXEC | O_NONBLOCK | O_NOCTTY, kMode);
+  // A missing file is created, so what is missing here is a directory on the way.
+  if (descriptor < 0 && errno == ENOENT) Raise(RunTimeError::kPathNotFound);
+  return std::make_unique<PosixMapping>(descriptor);
 }
 
 std::unique_ptr<Mapping> MapScratchFile() {

@@ -1,0 +1,78 @@
+#include "storage/chain_directory.h"
+
+#include <algorithm>
+
+#include "storage/layout.h"
+
+namespace orv::storage {
+
+using layout::kChainHeadBytes;
+using layout::kPointerBytes;
+using platform::File;
+using platform::Raise;
+using platform::RunTimeError;
+
+ChainBlocks::Block ChainBlocks::Read(const File& file, std::size_t index) const {
+  return {positions_[index], First(index), file.Int32At(positions_[index])};
+}
+
+ChainBlocks::Block ChainBlocks::Find(const File& file, std::int64_t k) {
+  if (k < 1) Raise(RunTimeError::kSubscript);
+  if (positions_.empty()) Append(file, start_, 0);
+  Block block = Read(file, positions_.size() - 1);
+  if (k >= block.first + block.count) return Extend(file, k);
+  if (k >= block.first) return block;
+  return Read(file, IndexOf(k));
+}
+
+ChainBlocks::Block ChainBlocks::Extend(const File& file, std::int64_t k) {
+  for (;;) {
+    const Block block = Read(file, positions_.size() - 1);
+    if (k < block.first + block.count) return block;
+    const std::int32_t next =
+        file.Int32At(std::int64_t{block.position} + kChainHeadBytes + block.count * entryBytes_);
+    if (next == 0) return block;
+    Append(file, next, block.first - 1 + block.count);
+  }
+}
+
+void ChainBlocks::Append(const File& file, std::int32_t position, std::int64_t before) {
+  if (!file.Contains(position, kChainHeadBytes) || before > platform::kGreatestLength) {
+    Raise(RunTimeError::kSubscript);
+  }
+  const std::int64_t count = file.Int32At(position);
+  const std::int64_t bytes = kChainHeadBytes + count * entryBytes_ + kPointerBytes;
+  if (count < 0 || !file.Contains(position, bytes)) Raise(RunTimeError::kSubscript);
+  if (bytes_ + bytes > file.Length()) Raise(RunTimeError::kSubscript);
+  bytes_ += bytes;
+  positions_.push_back(position);
+  firsts_.push_back(static_cast<std::int32_t>(before));
+}
+
+/// The last block that begins at or before entry `k`. Chains that grew by equal steps, the usual ones, are
+/// found by the first guess, which assumes that entries are spread evenly over the blocks.
+std::size_t ChainBlocks::IndexOf(std::int64_t k) const {
+  const std::size_t last = firsts_.size() - 1;
+  const auto entries = static_cast<std::size_t>(std::max(firsts_[last], 1));
+  const std::size_t index = std::min(static_cast<std::size_t>(k - 1) * last / entries, last);
+  if (First(index) <= k && (index == last || k < First(index + 1))) return index;
+  const auto behind = std::upper_bound(firsts_.begin(), firsts_.end(), k - 1,
+                                       [](std::int64_t wanted, std::int32_t before) { return wanted < before; });
+  return static_cast<std::size_t>(behind - firsts_.begin()) - 1;
+}
+
+ChainDirectory& ChainDirectory::Of(File& file) {
+  if (!file.memory()) file.memory() = std::make_unique<ChainDirectory>();
+  return static_cast<ChainDirectory&>(*file.memory());
+}
+
+ChainBlocks& ChainDirectory::Blocks(std::int32_t start, std::int32_t entryBytes) {
+  const std::uint64_t key = (std::uint64_t{static_cast<std::uint32_t>(start)} << 32) |
+                            static_cast<std::uint32_t>(entryBytes);
+  if (last_ != nullptr && lastKey_ == key) return *last_;
+  last_ = &arrays_.try_emplace(key, start, entryBytes).first->second;
+  lastKey_ = key;
+  return *last_;
+}
+
+}  // namespace orv::storage

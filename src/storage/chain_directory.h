@@ -1,0 +1,55 @@
+// The directory of a file's chain arrays: which block holds which entries.
+#pragma once
+
+#include <cstdint>
+#include <unordered_map>
+#include <vector>
+
+#include "platform/file.h"
+
+namespace orv::storage {
+
+/// The blocks of one chain array met so far, in order. Eight bytes a block.
+class ChainBlocks {
+ public:
+  /// One block: its entries are numbered `first` to `first + count - 1`.
+  struct Block {
+    std::int32_t position = 0;
+    std::int64_t first = 1;
+    std::int64_t count = 0;
+  };
+
+  ChainBlocks(std::int32_t start, std::int32_t entryBytes) : start_(start), entryBytes_(entryBytes) {}
+
+  /// The block that holds entry `k`, or the last block when there is no such entry. Raises 9 when the chain
+  /// loops or a block does not lie inside the file.
+  Block Find(const platform::File& file, std::int64_t k);
+
+ private:
+  Block Read(const platform::File& file, std::size_t index) const;
+  /// Follows the chain from the last known block until a block holds entry `k` or the chain ends.
+  Block Extend(const platform::File& file, std::int64_t k);
+  void Append(const platform::File& file, std::int32_t position, std::int64_t first);
+  std::size_t IndexOf(std::int64_t k) const;
+  std::int64_t First(std::size_t index) const { return std::int64_t{firsts_[index]} + 1; }
+
+  std::int32_t start_;
+  std::int32_t entryBytes_;
+  std::vector<std::int32_t> positions_;
+  std::vector<std::int32_t> firsts_;  ///< entries in front of the block
+  std::int64_t bytes_ = 0;            ///< of all known blocks together: a chain longer than its file loops
+};
+
+/// The directories of all chain arrays of one opening; lives in the file's memory.
+class ChainDirectory final : public platform::FileMemory {
+ public:
+  static ChainDirectory& Of(platform::File& file);
+  ChainBlocks& Blocks(std::int32_t start, std::int32_t entryBytes);
+
+ private:
+  std::unordered_map<std::uint64_t, ChainBlocks> arrays_;
+  std::uint64_t lastKey_ = 0;
+  ChainBlocks* last_ = nullptr;
+};
+
+}  // namespace orv::storage

@@ -1,0 +1,180 @@
+#include "storage/chained_text.h"
+
+#include <algorithm>
+#include <unordered_set>
+
+#include "storage/bytes.h"
+#include "storage/chain_array.h"
+#include "storage/layout.h"
+
+namespace orv::storage {
+
+using layout::kPointerBytes;
+using platform::File;
+using platform::Raise;
+using platform::RunTimeError;
+
+namespace {
+
+/// The longest piece a length field of this width can state.
+std::size_t PieceLimit(int L) {
+  constexpr std::size_t kByteLimit = 255;
+  constexpr std::size_t kInt16Limit = 32767;
+  constexpr std::size_t kInt32Limit = 2147483647;
+  if (L == 1) return kByteLimit;
+  return L == 2 ? kInt16Limit : kInt32Limit;
+}
+
+std::int64_t LengthAt(const File& file, std::int64_t position, int L) {
+  if (L == 1) return file.ByteAt(position);
+  return L == 2 ? std::int64_t{file.Int16At(position)} : std::int64_t{file.Int32At(position)};
+}
+
+void AppendLength(std::string& bytes, std::size_t length, int L) {
+  if (L == 1) {
+    AppendInteger(bytes, static_cast<std::uint8_t>(length));
+  } else if (L == 2) {
+    AppendInteger(bytes, static_cast<std::int16_t>(length));
+  } else {
+    AppendInteger(bytes, static_cast<std::int32_t>(length));
+  }
+}
+
+bool IsReadableLength(const File& file, std::int64_t length) {
+  return length >= 0 && length < file.Length();
+}
+
+bool LeadsOn(const File& file, std::int32_t next) { return next >= 1 && next < file.Length(); }
+
+/// The pieces a walk has met. Most texts have one or two.
+class PieceTrail {
+ public:
+  /// False when the piece was met before: the chain loops.
+  bool Enter(std::int32_t position) { return met_.insert(position).second; }
+
+ private:
+  std::unordered_set<std::int32_t> met_;
+};
+
+struct Piece {
+  std::int64_t textPosition = 0;
+  std::int64_t capacity = 0;
+  std::int32_t next = 0;
+};
+
+/// A piece that may be written over; raises 9 when it does not lie inside the file.
+Piece WritablePiece(const File& file, std::int32_t position, int L) {
+  if (!file.Contains(position, L)) Raise(RunTimeError::kSubscript);
+  const Piece piece{std::int64_t{position} + L, LengthAt(file, position, L), 0};
+  if (piece.capacity < 0 || !file.Contains(piece.textPosition, piece.capacity + kPointerBytes)) {
+    Raise(RunTimeError::kSubscript);
+  }
+  return {piece.textPosition, piece.capacity, file.Int32At(piece.textPosition + piece.capacity)};
+}
+
+std::int32_t AppendText(File& file, std::int32_t position, std::string_view text, int L) {
+  std::string bytes;
+  AppendTextPieces(bytes, position, text, L);
+  file.Write(position, bytes);
+  return position;
+}
+
+/// Writes the text's bytes and the pointer behind them in one write.
+void WriteTextAndNext(File& file, std::int64_t position, std::string_view text, std::int32_t next) {
+  std::string bytes(text);
+  AppendInteger(bytes, next);
+  file.Write(position, bytes);
+}
+
+void ShrinkPiece(File& file, const Piece& piece, std::string_view text, int L) {
+  std::string bytes;
+  bytes.reserve(text.size() + static_cast<std::size_t>(L + kPointerBytes));
+  AppendLength(bytes, text.size(), L);
+  bytes.append(text);
+  AppendInteger(bytes, std::int32_t{0});
+  file.Write(piece.textPosition - L, bytes);
+}
+
+/// Checks every piece that a rewriting with `length` bytes will touch, so that it is refused as a whole.
+void CheckPieces(const File& file, std::int32_t position, std::size_t length, int L) {
+  PieceTrail trail;
+  auto rest = static_cast<std::int64_t>(length);
+  while (trail.Enter(position)) {
+    const Piece piece = WritablePiece(file, position, L);
+    rest -= piece.capacity;
+    if (rest <= 0 || !LeadsOn(file, piece.next)) return;
+    position = piece.next;
+  }
+}
+
+}  // namespace
+
+std::string_view ReadChainedText(const File& file, std::int32_t position, int L, std::string& buffer) {
+  if (position < 2) return {};
+  std::int64_t length = LengthAt(file, position, L);
+  if (!IsReadableLength(file, length)) return {};
+  const std::string_view first = file.View(std::int64_t{position} + L, length);
+  std::int32_t next = file.Int32At(std::int64_t{position} + L + length);
+  if (!LeadsOn(file, next)) return first;
+
+  PieceTrail trail;
+  trail.Enter(position);
+  buffer.assign(first);
+  while (LeadsOn(file, next) && trail.Enter(next)) {
+    length = LengthAt(file, next, L);
+    if (!IsReadableLength(file, length)) break;
+    buffer.append(file.View(std::int64_t{next} + L, length));
+    next = file.Int32At(std::int64_t{next} + L + length);
+  }
+  return buffer;
+}
+
+std::int32_t WriteChainedText(File& file, std::int32_t position, std::string_view text, int L) {
+  if (position == 0) position = EndOfFile(file);
+  if (position > file.Length()) return AppendText(file, position, text, L);
+  const Piece first = WritablePiece(file, position, L);
+  if (static_cast<std::int64_t>(text.size()) <= first.capacity) {
+    ShrinkPiece(file, first, text, L);
+    return position;
+  }
+
+  const std::string own(text);  // the text may be a view of the bytes that are about to be written over
+  CheckPieces(file, position, own.size(), L);
+  PieceTrail trail;
+  std::string_view rest = own;
+  std::int32_t at = position;
+  for (;;) {
+    trail.Enter(at);
+    const Piece piece = WritablePiece(file, at, L);
+    const auto capacity = static_cast<std::size_t>(piece.capacity);
+    if (rest.size() <= capacity) {
+      ShrinkPiece(file, piece, rest, L);
+      return position;
+    }
+    const std::string_view here = rest.substr(0, capacity);
+    rest.remove_prefix(capacity);
+    std::int32_t next = piece.next;
+    const bool ends = !LeadsOn(file, next) || !trail.Enter(next);
+    if (ends) next = AppendText(file, EndOfFile(file), rest, L);
+    WriteTextAndNext(file, piece.textPosition, here, next);
+    if (ends) return position;
+    at = next;
+  }
+}
+
+void AppendTextPieces(std::string& bytes, std::int64_t position, std::string_view text, int L) {
+  const std::size_t limit = PieceLimit(L);
+  while (text.size() > limit) {
+    AppendLength(bytes, limit, L);
+    bytes.append(text.substr(0, limit));
+    position += L + static_cast<std::int64_t>(limit) + kPointerBytes;
+    if (position > platform::kGreatestLength) Raise(RunTimeError::kOverflow);
+    AppendInteger(bytes, static_cast<std::int32_t>(position));
+    text.remove_prefix(limit);
+  }
+  AppendLength(bytes, text.size(), L);
+  bytes.append(text);
+  AppendInteger(bytes, std::int32_t{0});
+}
+
+}  // namespace orv::storage

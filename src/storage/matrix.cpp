@@ -1,0 +1,110 @@
+#include "storage/matrix.h"
+
+#include <string>
+
+#include "storage/bytes.h"
+#include "storage/chain_array.h"
+#include "storage/chained_text.h"
+#include "storage/layout.h"
+
+namespace orv::storage {
+
+using platform::File;
+using platform::Raise;
+using platform::RunTimeError;
+
+namespace {
+
+std::string NewDescriptor() {
+  using namespace layout::descriptor;
+  constexpr std::int16_t kPlainCode = layout::cell::kPlainType;
+  std::string bytes(kBytes, '\0');
+  bytes[kStyle] = 1;
+  PatchInteger(bytes, kFieldCode, kPlainCode);
+  PatchInteger(bytes, kTitleCell, kPlainCode);
+  return bytes;
+}
+
+}  // namespace
+
+bool CheckOwnFormat(const File& file) {
+  using namespace layout::file;
+  return file.View(kMagicPosition, kMagic.size()) == kMagic && file.ByteAt(1) == kFirstByte;
+}
+
+bool CheckDbaseFormat(const File& file) {
+  if (file.Length() == 0) return false;
+  const std::uint8_t first = file.ByteAt(1);
+  return first == layout::file::kDbaseFirstByte || first == layout::file::kDbaseDigit;
+}
+
+void CreateContainer(File& file, std::string_view title) {
+  using namespace layout::file;
+  std::string header("\x01\x00\x01\x20\x20\x20\x20", 7);
+  header.append(kMagic).append(kBanner);
+  file.Write(1, header);
+  const auto root = static_cast<std::int32_t>(header.size()) + kRootGap;
+  CreateMatrixHeader(file, root, layout::matrix::kPlainCode, title, layout::matrix::kHeaderWordValue);
+  file.WriteInt32(kRootPointer, root);
+}
+
+void CreateMatrixHeader(File& file, std::int32_t position, std::int16_t code, std::string_view title,
+                        std::int16_t headerWord) {
+  using namespace layout::matrix;
+  const std::int64_t titlePosition = std::int64_t{position} + kHeaderBytes;
+  if (titlePosition > platform::kGreatestLength) Raise(RunTimeError::kOverflow);
+  std::string bytes(kHeaderBytes, '\0');
+  PatchInteger(bytes, kCode, code);
+  PatchInteger(bytes, kTitle, static_cast<std::int32_t>(titlePosition));
+  PatchInteger(bytes, kHeaderWord, headerWord);
+  AppendTextPieces(bytes, titlePosition, title, layout::kLongLengthBytes);
+  file.Write(position, bytes);
+}
+
+void CreateFieldTable(File& file, std::int32_t matrix, std::int16_t n) {
+  std::string bytes(layout::field_table::kChain, '\0');
+  PatchInteger(bytes, layout::field_table::kFields, n);
+  AppendInteger(bytes, std::int32_t{n});
+  bytes.append(static_cast<std::size_t>(n) * layout::kPointerBytes + layout::kPointerBytes, '\0');
+  const std::int32_t block = EndOfFile(file);
+  file.Write(block, bytes);
+  file.WriteInt32(std::int64_t{matrix} + layout::matrix::kFieldTable, block);
+}
+
+std::int32_t FieldTablePosition(const File& file, std::int32_t matrix) {
+  if (matrix < 1) return 0;
+  return file.Int32At(std::int64_t{matrix} + layout::matrix::kFieldTable);
+}
+
+void CreateFieldDescriptor(File& file, std::int32_t matrix, std::int16_t f, ErrorCode& error) {
+  if (f == 0) {
+    error.Set(code::kBadArgument);
+    return;
+  }
+  const std::int32_t table = FieldTablePosition(file, matrix);
+  if (table < 1) Raise(RunTimeError::kInvalidCall);
+  const ChainEntry slot = ReadChainEntry(file, table + layout::field_table::kChain, f,
+                                         layout::kPointerBytes, false);
+  if (slot.value > 0) {
+    if (!file.Contains(slot.value, layout::descriptor::kBytes)) Raise(RunTimeError::kSubscript);
+    file.Write(slot.value, NewDescriptor());
+    return;
+  }
+  const std::int32_t position = EndOfFile(file);
+  file.Write(position, NewDescriptor());
+  file.WriteInt32(slot.position, position);
+}
+
+std::int32_t ContainerRecordCount(const File& file, std::int32_t matrix) {
+  if (matrix == 0) return -1;
+  const std::int32_t table = FieldTablePosition(file, matrix);
+  return table < 1 ? 0 : file.Int32At(std::int64_t{table} + layout::field_table::kRecords);
+}
+
+void SetRecordCount(File& file, std::int32_t matrix, std::int32_t n) {
+  const std::int32_t table = FieldTablePosition(file, matrix);
+  if (!file.Contains(table, layout::field_table::kChain)) Raise(RunTimeError::kSubscript);
+  file.WriteInt32(std::int64_t{table} + layout::field_table::kRecords, n);
+}
+
+}  // namespace orv::storage

@@ -1,0 +1,40 @@
+// Matrices, field tables and field descriptors: the structures of a container file.
+#pragma once
+
+#include <cstdint>
+#include <string_view>
+
+#include "platform/file.h"
+#include "storage/error_code.h"
+
+namespace orv::storage {
+
+/// Whether the file is a container file.
+bool CheckOwnFormat(const platform::File& file);
+/// Whether the file is a dBASE III table.
+bool CheckDbaseFormat(const platform::File& file);
+
+/// Fills an empty file: the header and one matrix with the title.
+void CreateContainer(platform::File& file, std::string_view title);
+
+/// Writes a matrix header with its title at `position`.
+void CreateMatrixHeader(platform::File& file, std::int32_t position, std::int16_t code,
+                        std::string_view title, std::int16_t headerWord);
+
+/// Appends a field table block for `n` fields and stores its position in the matrix header.
+void CreateFieldTable(platform::File& file, std::int32_t matrix, std::int16_t n);
+
+/// Position of the matrix's field table block, 0 when it has none.
+std::int32_t FieldTablePosition(const platform::File& file, std::int32_t matrix);
+
+/// Writes a fresh descriptor for field `f`: appended when the field has none, else over the present one. A
+/// field number of 0 sets the error code 255 and writes nothing; a matrix without a field table raises 5, a
+/// field beyond the table 9.
+void CreateFieldDescriptor(platform::File& file, std::int32_t matrix, std::int16_t f, ErrorCode& error);
+
+/// Records of a container matrix: 0 without a field table, -1 for matrix position 0.
+std::int32_t ContainerRecordCount(const platform::File& file, std::int32_t matrix);
+/// Stores the record count; a matrix without a field table raises 9.
+void SetRecordCount(platform::File& file, std::int32_t matrix, std::int32_t n);
+
+}  // namespace orv::storage
