@@ -1,6 +1,6 @@
 #include "storage/cell_primitives.h"
 
-#include <cmath>
+#include <optional>
 
 #include "platform/code_page.h"
 #include "storage/bytes.h"
@@ -21,12 +21,12 @@ namespace {
 constexpr std::string_view kIntType = "int";
 /// Stored in two bytes in place of every number from 32768 on.
 constexpr std::int16_t kTooGreatForInt16 = -27860;
-constexpr double kInt16End = 32768;
+constexpr std::int32_t kInt16End = 32768;
 
 std::int32_t RoundedNumber(std::string_view text) {
-  const double number = std::nearbyint(LeadingNumber(text));
-  if (!(number >= INT32_MIN && number <= INT32_MAX)) Raise(RunTimeError::kOverflow);
-  return static_cast<std::int32_t>(number);
+  const std::optional<std::int32_t> number = RoundToInt32(LeadingNumber(text));
+  if (!number) Raise(RunTimeError::kOverflow);
+  return *number;
 }
 
 std::int64_t FixedEntry(std::int32_t rec, std::int32_t writePos, File& nm, std::int16_t cellSize) {

@@ -1,0 +1,216 @@
+#include "storage/field_class.h"
+
+#include <limits>
+
+#include "platform/code_page.h"
+#include "storage/cell_primitives.h"
+#include "storage/chain_array.h"
+#include "storage/matrix.h"
+
+namespace orv::storage {
+
+using layout::kPointerBytes;
+using platform::File;
+using platform::Raise;
+using platform::RunTimeError;
+
+namespace {
+
+constexpr int kGreatestFields = std::numeric_limits<std::int16_t>::max();
+
+std::int32_t FieldChain(const File& nm, std::int32_t matrix) {
+  const std::int32_t table = FieldTablePosition(nm, matrix);
+  if (table < 1 || table > platform::kGreatestLength - layout::field_table::kChain) {
+    Raise(RunTimeError::kSubscript);
+  }
+  return table + layout::field_table::kChain;
+}
+
+void WriteSlot(File& nm, std::int32_t chain, std::int64_t f, std::int32_t descriptor) {
+  nm.WriteInt32(ReadChainEntry(nm, chain, f, kPointerBytes, false).position, descriptor);
+}
+
+void SetFieldCount(File& nm, std::int32_t matrix, std::int16_t n) {
+  nm.WriteInt16(std::int64_t{FieldTablePosition(nm, matrix)} + layout::field_table::kFields, n);
+}
+
+/// Refuses a location whose field table cannot be changed: no matrix (255), a dBASE III table (70).
+bool CanChangeFields(const Location& at, ErrorCode& error) {
+  if (error.IsSet()) return false;
+  if (at.IsDbase()) error.Set(code::kNotOnDbase);
+  if (!at.IsTable()) error.Set(code::kBadArgument);
+  return !error.IsSet();
+}
+
+}  // namespace
+
+std::int16_t FieldClass::GetNumFld(std::int32_t p, File& nm) const {
+  if (p == layout::kDbaseTable) return ports_.dbase->FieldCount(nm);
+  const std::int32_t table = FieldTablePosition(nm, p);
+  return table < 1 ? std::int16_t{0} : nm.Int16At(std::int64_t{table} + layout::field_table::kFields);
+}
+
+std::int32_t FieldClass::GetFieldPos(std::int32_t pt, std::int16_t f, File& nm) {
+  CacheEntry* victim = &cache_.front();
+  for (CacheEntry& entry : cache_) {
+    if (entry.matrix == 0) {
+      victim = &entry;
+      break;
+    }
+    if (entry.matrix == pt && entry.field == f && entry.opening == nm.opening()) {
+      entry.lastUse = ++uses_;
+      return entry.position;
+    }
+    if (entry.lastUse < victim->lastUse) victim = &entry;
+  }
+  const std::int32_t position = ReadChainEntry(nm, FieldChain(nm, pt), f, kPointerBytes, false).value;
+  *victim = {nm.opening(), pt, position, ++uses_, f};
+  return position;
+}
+
+void FieldClass::GFStyle(std::int32_t fldPos, FieldStyle& style, const File& nm) {
+  const std::int64_t at = fldPos;
+  const std::uint8_t styleCode = nm.ByteAt(at + layout::descriptor::kStyle);
+  style.fixedType = styleCode >= style_code::kFreeFixedType;
+  style.unique = styleCode % 2 == 0;
+  if (styleCode < style_code::kFixed) style.freeSize = free_size::kFree;
+  if (styleCode == style_code::kFixed || styleCode == style_code::kFixedUnique) {
+    style.freeSize = free_size::kFixed;
+    style.cellSize = nm.Int16At(at + layout::descriptor::kCellSize);
+  }
+  if (styleCode == style_code::kCompressed) style.freeSize = free_size::kCompressed;
+  if (styleCode == style_code::kDictionary) {
+    style.freeSize = free_size::kDictionary;
+    style.unique = false;
+    style.cellSize = nm.Int16At(at + layout::descriptor::kCellSize);
+  }
+  style.dataType = nm.Int16At(at + layout::descriptor::kDataType);
+}
+
+FieldStyle FieldClass::StyleOf(std::int32_t fldPos, const File& nm) {
+  FieldStyle style;
+  GFStyle(fldPos, style, nm);
+  return style;
+}
+
+void FieldClass::SvrGetFldStyle(const std::wstring& p, std::int16_t f, FieldStyle& style) {
+  const Location at = resolver_.ResolvePath(p);
+  if (!CanChangeFields(at, error_)) return;
+  const std::int32_t descriptor = GetFieldPos(at.position, f, *at.file);
+  if (descriptor < 1) {
+    error_.Set(code::kBadArgument);
+    return;
+  }
+  GFStyle(descriptor, style, *at.file);
+}
+
+std::int16_t FieldClass::GetFldTypeSub(std::int32_t p, std::int32_t r, File& nm) {
+  if (p < 1) return 0;
+  const std::int16_t ownCode = nm.Int16At(std::int64_t{p} + layout::descriptor::kFieldCode);
+  if (r == -2) return ownCode;
+  if (r == 0) return nm.Int16At(std::int64_t{p} + layout::descriptor::kTitleCell);
+  if (r < 0) return 0;
+  if (StyleOf(p, nm).freeSize != free_size::kFree) return ownCode;
+  const std::int32_t cell =
+      ReadChainEntry(nm, nm.Int32At(p), r, kPointerBytes, false).value;
+  return cell < 1 ? std::int16_t{0} : nm.Int16At(cell);
+}
+
+void FieldClass::SvrCmdAddFields(const std::wstring& pth, std::int16_t numOfFields, std::int16_t f) {
+  const Location at = resolver_.ResolvePath(pth);
+  if (!CanChangeFields(at, error_) || numOfFields < 1) return;
+  const std::int16_t n = GetNumFld(at.position, *at.file);
+  if (n + numOfFields > kGreatestFields) {
+    error_.Set(code::kOverflow);
+    return;
+  }
+  if (f < 1) f = 1;
+  if (f > n) f = static_cast<std::int16_t>(n + 1);
+  InsertFields(at, n, numOfFields, f);
+  caches_.ResetCaches(4);
+}
+
+/// New fields `f` to `f + count - 1`. When `f` equals `n` nothing moves: field n's own descriptor is reset in
+/// place, and the slots that are then still empty get descriptors too.
+void FieldClass::InsertFields(const Location& at, std::int16_t n, std::int16_t count, std::int16_t f) {
+  File& nm = *at.file;
+  const auto total = static_cast<std::int16_t>(n + count);
+  if (FieldTablePosition(nm, at.position) < 1) CreateFieldTable(nm, at.position, count);
+  const std::int32_t chain = FieldChain(nm, at.position);
+  GrowChain(nm, chain, total, kPointerBytes);
+  if (f < n) {
+    MoveChainEntries(nm, chain, f, n - f + 1, count, kPointerBytes);
+    for (int slot = f; slot < f + count; ++slot) WriteSlot(nm, chain, slot, 0);
+  }
+  for (int field = f; field <= total; ++field) {
+    const bool isNew = field < f + count;
+    if (isNew || ReadChainEntry(nm, chain, field, kPointerBytes, false).value == 0) {
+      CreateFieldDescriptor(nm, at.position, static_cast<std::int16_t>(field), error_);
+    }
+  }
+  SetFieldCount(nm, at.position, total);
+}
+
+void FieldClass::SvrCmdDelFld(const std::wstring& pth, std::int16_t f) {
+  const Location at = resolver_.ResolvePath(pth);
+  if (!CanChangeFields(at, error_)) return;
+  File& nm = *at.file;
+  const std::int16_t n = GetNumFld(at.position, nm);
+  if (f < 1 || f > n) {
+    error_.Set(code::kBadArgument);
+    return;
+  }
+  const std::int32_t chain = FieldChain(nm, at.position);
+  for (int field = f; field < n; ++field) {
+    WriteSlot(nm, chain, field, ReadChainEntry(nm, chain, field + 1, kPointerBytes, false).value);
+  }
+  WriteSlot(nm, chain, n, 0);
+  SetFieldCount(nm, at.position, static_cast<std::int16_t>(n - 1));
+  caches_.ResetCaches(4);
+}
+
+std::int32_t FieldClass::SvrFields(const std::wstring& p) {
+  const Location at = resolver_.ResolvePath(p);
+  if (error_.IsSet() || !at.IsTable()) return -1;
+  if (at.IsView()) return ports_.filters->FieldCount(at.filter);
+  return GetNumFld(at.position, *at.file);
+}
+
+void FieldClass::SvrSetFldStyle(const std::wstring& pth, std::int16_t f, const FieldStyle& style) {
+  constexpr std::size_t kSizeDigits = 5;
+  std::string request(1, static_cast<char>(style.freeSize + 1));
+  request += PaddedText(std::to_string(style.cellSize), kSizeDigits);
+  request += style.fixedType ? '+' : '-';
+  request += style.unique ? '+' : '-';
+  request += static_cast<char>(style.dataType + 1);
+  ports_.styles->ConvertField(pth, std::to_string(f), request);
+}
+
+std::int16_t FieldClass::GetFieldIdByName(const std::wstring& pth, const std::string& vlu) {
+  constexpr std::int16_t kNotFound = -1;
+  const Location at = resolver_.ResolvePath(pth);
+  if (error_.IsSet() || !at.IsTable()) return kNotFound;
+  const std::string wanted = platform::FoldCase(std::string_view(vlu));
+  const std::int16_t n = GetNumFld(at.position, *at.file);
+  for (int f = 1; f <= n; ++f) {
+    const std::string name = FieldName(at.position, static_cast<std::int16_t>(f), *at.file);
+    if (error_.IsSet()) return kNotFound;
+    if (platform::FoldCase(platform::Trim(std::string_view(name))) == wanted) {
+      return static_cast<std::int16_t>(f);
+    }
+  }
+  return kNotFound;
+}
+
+std::string FieldClass::FieldName(std::int32_t p, std::int16_t f, File& nm) {
+  if (p == layout::kDbaseTable) return ports_.dbase->FieldName(nm, f);
+  const std::int32_t descriptor = GetFieldPos(p, f, nm);
+  if (descriptor < 1) return {};
+  std::int16_t code = 0;
+  std::string buffer;
+  return std::string(GetCell(descriptor + layout::descriptor::kTitleCell, nm, code, buffer));
+}
+
+void FieldClass::CompressField(const std::wstring&, std::int16_t, bool) {}
+
+}  // namespace orv::storage
