@@ -1,0 +1,67 @@
+// Reading the cells of one field, whatever its storage style.
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <string_view>
+
+#include "platform/file.h"
+#include "storage/chain_array.h"
+#include "storage/field_class.h"
+#include "storage/type_tables.h"
+
+namespace orv::storage {
+
+/// Resolves style, data and type of a field once and then reads cells by record number. Good as long as the
+/// field keeps its style and data block: make one for a call or a scan, not longer.
+class FieldReader {
+ public:
+  /// A field of a container matrix, by its descriptor's position (above 0).
+  FieldReader(platform::File& file, std::int32_t matrix, std::int32_t descriptor, FieldClass& fields,
+              TypeTables& types);
+
+  /// The text of record `r`'s cell, good until the next call or write; the title for a nested matrix; empty for
+  /// an empty cell and for a record beyond the field's data. A record below 1 or above the record count
+  /// raises 9.
+  std::string_view Read(std::int32_t r);
+  /// The code of the cell read last: negative for a nested matrix, 0 for an empty free cell, the field's own
+  /// code for fixed and dictionary fields.
+  std::int16_t code() const { return code_; }
+  /// Position of the cell read last, 0 when it is empty or its style has no cells.
+  std::int32_t cell() const { return cell_; }
+
+  std::int32_t records() const { return records_; }
+  const FieldStyle& style() const { return style_; }
+  std::int32_t descriptor() const { return descriptor_; }
+  /// The decoded type number of the field's own code.
+  std::int16_t typeNumber() const;
+  /// Start of the field's data, 0 when it has none.
+  std::int32_t dataStart() const { return start_; }
+
+ private:
+  std::string_view ReadFree(std::int32_t r);
+  std::string_view ReadFixed(std::int32_t r);
+  std::string_view ReadDictionary(std::int32_t r);
+  bool Reaches(std::int32_t r, std::int32_t entryBytes);
+  void OpenDictionary();
+
+  platform::File& file_;
+  FieldClass& fields_;
+  TypeTables& types_;
+  std::int32_t matrix_;
+  std::int32_t descriptor_;
+  FieldStyle style_;
+  std::int32_t start_;
+  std::int32_t records_;
+  std::int16_t fieldCode_;
+  std::int16_t code_ = 0;
+  std::int32_t cell_ = 0;
+  ChainRun run_;                ///< the block read last
+  std::int64_t runFirst_ = 0;   ///< its first entry's number
+  std::unique_ptr<FieldReader> values_;  ///< field 1 of the dictionary matrix
+  bool dictionaryOpened_ = false;
+  std::string buffer_;
+};
+
+}  // namespace orv::storage

@@ -1,0 +1,48 @@
+// The storage engine: its parts, wired.
+#pragma once
+
+#include <string>
+
+#include "platform/file.h"
+#include "storage/cell_class.h"
+#include "storage/error_code.h"
+#include "storage/field_class.h"
+#include "storage/open_file_table.h"
+#include "storage/path_resolver.h"
+#include "storage/ports.h"
+#include "storage/type_tables.h"
+
+namespace orv::storage {
+
+/// Everything below the rooms that query, convert and exchange. The engine has one; upper rooms take it by
+/// reference and wire their ports into it.
+class Storage final : public CacheReset {
+ public:
+  Storage();
+
+  ErrorCode error;
+  platform::NumberedFiles files;
+  Ports ports;
+  OpenFileTable openFiles;
+  PathResolver resolver;
+  TypeTables types;
+  FieldClass fields;
+  CellClass cells;
+
+  void ResetCaches(int level) override;
+  /// Drops views, open-file table and files. The path resolved last stays known.
+  void CloseAll();
+  /// Closes everything that the engine has open on this file and forgets what it knows of it; to be called
+  /// before the file is deleted or written anew.
+  void DropFile(const std::wstring& fileName);
+
+  /// Records of the location: of the view, the matrix or the dBASE III table; -1 for no location.
+  std::int32_t RecordCount(const Location& at);
+  /// Fields of the location, likewise.
+  std::int32_t FieldCount(const Location& at);
+  /// The record that record `r` of the location stands for: `r` itself, or the view's underlying one (-1 beyond
+  /// the view).
+  std::int32_t UnderlyingRecord(const Location& at, std::int32_t r) const;
+};
+
+}  // namespace orv::storage
