@@ -7,6 +7,7 @@
 #include "storage/cell_code.h"
 #include "storage/chain_array.h"
 #include "storage/chained_text.h"
+#include "storage/fixed_cells.h"
 #include "storage/layout.h"
 #include "storage/number_text.h"
 
@@ -18,7 +19,6 @@ using platform::RunTimeError;
 
 namespace {
 
-constexpr std::string_view kIntType = "int";
 /// Stored in two bytes in place of every number from 32768 on.
 constexpr std::int16_t kTooGreatForInt16 = -27860;
 constexpr std::int32_t kInt16End = 32768;
@@ -106,12 +106,11 @@ void PutCell(std::int32_t& p, std::int16_t& tp, std::string_view cellValue, File
 std::string GetFixedData(std::int32_t rec, std::int32_t writePos, File& nm, std::int16_t cellSize,
                          std::string_view fldType) {
   const std::int64_t position = FixedEntry(rec, writePos, nm, cellSize);
+  const std::string_view bytes = nm.View(position, cellSize);
   if (fldType == kIntType) {
-    if (cellSize == 1) return std::to_string(nm.ByteAt(position));
-    if (cellSize == 2) return std::to_string(nm.Int16At(position));
-    if (cellSize == 4) return std::to_string(nm.Int32At(position));
+    if (auto number = IntCellText(bytes)) return *number;
   }
-  return std::string(platform::Trim(nm.View(position, cellSize)));
+  return std::string(platform::Trim(bytes));
 }
 
 void SetFixedData(std::int32_t rec, std::int32_t writePos, File& nm, std::int16_t cellSize,

@@ -79,6 +79,12 @@ ChainRun FindChainRun(File& file, std::int32_t start, std::int64_t k, std::int32
   return {EntryPosition(block, k, w), block.first + block.count - k};
 }
 
+std::int64_t ChainLength(File& file, std::int32_t start, std::int32_t w) {
+  if (start == 0) return 0;
+  const ChainBlocks::Block last = FindBlock(file, start, platform::kGreatestLength, w);
+  return last.first - 1 + last.count;
+}
+
 void GrowChain(File& file, std::int32_t start, std::int64_t count, std::int32_t w) {
   if (count < 1 || FindChainRun(file, start, count, w).count > 0) return;
   ReadChainEntry(file, start, count, w, true);

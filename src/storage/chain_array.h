@@ -37,6 +37,9 @@ ChainEntry ReadChainEntry(platform::File& file, std::int32_t start, std::int64_t
 /// Raises 9 for a damaged chain.
 ChainRun FindChainRun(platform::File& file, std::int32_t start, std::int64_t k, std::int32_t w);
 
+/// How many entries the array has, 0 for a start of 0. Raises 9 for a damaged chain.
+std::int64_t ChainLength(platform::File& file, std::int32_t start, std::int32_t w);
+
 /// Makes the array hold at least `count` entries; does nothing when it does already.
 void GrowChain(platform::File& file, std::int32_t start, std::int64_t count, std::int32_t w);
 

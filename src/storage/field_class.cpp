@@ -18,14 +18,6 @@ namespace {
 
 constexpr int kGreatestFields = std::numeric_limits<std::int16_t>::max();
 
-std::int32_t FieldChain(const File& nm, std::int32_t matrix) {
-  const std::int32_t table = FieldTablePosition(nm, matrix);
-  if (table < 1 || table > platform::kGreatestLength - layout::field_table::kChain) {
-    Raise(RunTimeError::kSubscript);
-  }
-  return table + layout::field_table::kChain;
-}
-
 void WriteSlot(File& nm, std::int32_t chain, std::int64_t f, std::int32_t descriptor) {
   nm.WriteInt32(ReadChainEntry(nm, chain, f, kPointerBytes, false).position, descriptor);
 }
@@ -46,8 +38,7 @@ bool CanChangeFields(const Location& at, ErrorCode& error) {
 
 std::int16_t FieldClass::GetNumFld(std::int32_t p, File& nm) const {
   if (p == layout::kDbaseTable) return ports_.dbase->FieldCount(nm);
-  const std::int32_t table = FieldTablePosition(nm, p);
-  return table < 1 ? std::int16_t{0} : nm.Int16At(std::int64_t{table} + layout::field_table::kFields);
+  return ContainerFieldCount(nm, p);
 }
 
 std::int32_t FieldClass::GetFieldPos(std::int32_t pt, std::int16_t f, File& nm) {
@@ -63,34 +54,9 @@ std::int32_t FieldClass::GetFieldPos(std::int32_t pt, std::int16_t f, File& nm) 
     }
     if (entry.lastUse < victim->lastUse) victim = &entry;
   }
-  const std::int32_t position = ReadChainEntry(nm, FieldChain(nm, pt), f, kPointerBytes, false).value;
+  const std::int32_t position = FindFieldDescriptor(nm, pt, f);
   *victim = {nm.opening(), pt, position, ++uses_, f};
   return position;
-}
-
-void FieldClass::GFStyle(std::int32_t fldPos, FieldStyle& style, const File& nm) {
-  const std::int64_t at = fldPos;
-  const std::uint8_t styleCode = nm.ByteAt(at + layout::descriptor::kStyle);
-  style.fixedType = styleCode >= style_code::kFreeFixedType;
-  style.unique = styleCode % 2 == 0;
-  if (styleCode < style_code::kFixed) style.freeSize = free_size::kFree;
-  if (styleCode == style_code::kFixed || styleCode == style_code::kFixedUnique) {
-    style.freeSize = free_size::kFixed;
-    style.cellSize = nm.Int16At(at + layout::descriptor::kCellSize);
-  }
-  if (styleCode == style_code::kCompressed) style.freeSize = free_size::kCompressed;
-  if (styleCode == style_code::kDictionary) {
-    style.freeSize = free_size::kDictionary;
-    style.unique = false;
-    style.cellSize = nm.Int16At(at + layout::descriptor::kCellSize);
-  }
-  style.dataType = nm.Int16At(at + layout::descriptor::kDataType);
-}
-
-FieldStyle FieldClass::StyleOf(std::int32_t fldPos, const File& nm) {
-  FieldStyle style;
-  GFStyle(fldPos, style, nm);
-  return style;
 }
 
 void FieldClass::SvrGetFldStyle(const std::wstring& p, std::int16_t f, FieldStyle& style) {

@@ -7,37 +7,11 @@
 
 #include "platform/file.h"
 #include "storage/error_code.h"
+#include "storage/field_style.h"
 #include "storage/path_resolver.h"
 #include "storage/ports.h"
 
 namespace orv::storage {
-
-/// The storage styles as `FreeSize` names them.
-namespace free_size {
-inline constexpr std::int16_t kFree = 0;
-inline constexpr std::int16_t kFixed = 1;
-inline constexpr std::int16_t kCompressed = 2;
-inline constexpr std::int16_t kDictionary = 11;
-}  // namespace free_size
-
-/// The style byte's codes, stored in files. Unique variants of free and fixed are one higher.
-namespace style_code {
-inline constexpr std::uint8_t kFree = 1;
-inline constexpr std::uint8_t kFreeFixedType = 3;
-inline constexpr std::uint8_t kFixed = 5;
-inline constexpr std::uint8_t kFixedUnique = 6;
-inline constexpr std::uint8_t kCompressed = 7;
-inline constexpr std::uint8_t kDictionary = 11;
-}  // namespace style_code
-
-/// The five style parameters of a field.
-struct FieldStyle {
-  std::int16_t freeSize = free_size::kFree;
-  std::int16_t cellSize = 0;  ///< bytes a cell, of fixed and dictionary fields
-  bool fixedType = false;
-  bool unique = false;
-  std::int16_t dataType = 0;
-};
 
 /// Empties the caches that a change of a field table makes stale.
 class CacheReset {
@@ -58,10 +32,6 @@ class FieldClass {
   /// The position of field `f`'s descriptor, through a cache of 100 entries. Raises 9 for a field beyond the
   /// table and for a matrix without one.
   std::int32_t GetFieldPos(std::int32_t pt, std::int16_t f, platform::File& nm);
-  /// Decodes the style of the descriptor at `fldPos`. What no rule of the style code sets keeps its value.
-  static void GFStyle(std::int32_t fldPos, FieldStyle& style, const platform::File& nm);
-  /// The style of a descriptor, with nothing set in advance.
-  static FieldStyle StyleOf(std::int32_t fldPos, const platform::File& nm);
   /// Resolves the path and fills the style of field `f`; leaves it alone after an error.
   void SvrGetFldStyle(const std::wstring& p, std::int16_t f, FieldStyle& style);
   /// The cell code for record `r`: -2 the field's, 0 the title cell's, above 0 the cell's (0 for a record

@@ -8,18 +8,23 @@
 
 #include "platform/file.h"
 #include "storage/chain_array.h"
-#include "storage/field_class.h"
+#include "storage/field_style.h"
+#include "storage/fixed_cells.h"
 #include "storage/type_tables.h"
 
 namespace orv::storage {
+
+/// How the cells of a fixed-width field are to be understood, its type properties consulted.
+FixedFormat FixedFormatOf(platform::File& file, std::int32_t matrix, std::int32_t descriptor,
+                          const FieldStyle& style, TypeTables* types);
 
 /// Resolves style, data and type of a field once and then reads cells by record number. Good as long as the
 /// field keeps its style and data block: make one for a call or a scan, not longer.
 class FieldReader {
  public:
   /// A field of a container matrix, by its descriptor's position (above 0).
-  FieldReader(platform::File& file, std::int32_t matrix, std::int32_t descriptor, FieldClass& fields,
-              TypeTables& types);
+  /// Without type tables no type property is consulted and a dictionary has no values.
+  FieldReader(platform::File& file, std::int32_t matrix, std::int32_t descriptor, TypeTables* types);
 
   /// The text of record `r`'s cell, good until the next call or write; the title for a nested matrix; empty for
   /// an empty cell and for a record beyond the field's data. A record below 1 or above the record count
@@ -44,11 +49,13 @@ class FieldReader {
   std::string_view ReadFixed(std::int32_t r);
   std::string_view ReadDictionary(std::int32_t r);
   bool Reaches(std::int32_t r, std::int32_t entryBytes);
+  std::int64_t EntryPosition(std::int32_t r, std::int32_t entryBytes) const {
+    return run_.position + (r - runFirst_) * entryBytes;
+  }
   void OpenDictionary();
 
   platform::File& file_;
-  FieldClass& fields_;
-  TypeTables& types_;
+  TypeTables* types_;
   std::int32_t matrix_;
   std::int32_t descriptor_;
   FieldStyle style_;
@@ -57,6 +64,7 @@ class FieldReader {
   std::int16_t fieldCode_;
   std::int16_t code_ = 0;
   std::int32_t cell_ = 0;
+  FixedFormat format_;          ///< of a fixed field
   ChainRun run_;                ///< the block read last
   std::int64_t runFirst_ = 0;   ///< its first entry's number
   std::unique_ptr<FieldReader> values_;  ///< field 1 of the dictionary matrix

@@ -2,13 +2,16 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <string_view>
 
 #include "storage/error_code.h"
-#include "storage/field_class.h"
 
 namespace orv::storage {
+
+/// The property "type" that makes a fixed-width cell an integer cell.
+inline constexpr std::string_view kIntType = "int";
 
 /// How the cells of a fixed-width field are to be understood: by the property "type" when it is "int", else by
 /// the descriptor's data type, for which numbers take their decimals from the property "decimals".
@@ -21,6 +24,9 @@ struct FixedFormat {
   /// Whether an empty cell is zeros instead of blanks.
   bool IsNumeric() const;
 };
+
+/// The text of a cell of type "int": one byte unsigned, two and four bytes signed; nothing for other sizes.
+std::optional<std::string> IntCellText(std::string_view bytes);
 
 /// The text that a cell's bytes stand for.
 std::string FixedCellText(std::string_view bytes, const FixedFormat& format);

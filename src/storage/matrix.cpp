@@ -76,6 +76,21 @@ std::int32_t FieldTablePosition(const File& file, std::int32_t matrix) {
   return file.Int32At(std::int64_t{matrix} + layout::matrix::kFieldTable);
 }
 
+std::int16_t ContainerFieldCount(const File& file, std::int32_t matrix) {
+  const std::int32_t table = FieldTablePosition(file, matrix);
+  return table < 1 ? std::int16_t{0} : file.Int16At(std::int64_t{table} + layout::field_table::kFields);
+}
+
+std::int32_t FieldChain(const File& file, std::int32_t matrix) {
+  const std::int32_t table = FieldTablePosition(file, matrix);
+  if (!file.Contains(table, layout::field_table::kChain)) Raise(RunTimeError::kSubscript);
+  return table + layout::field_table::kChain;
+}
+
+std::int32_t FindFieldDescriptor(File& file, std::int32_t matrix, std::int16_t f) {
+  return ReadChainEntry(file, FieldChain(file, matrix), f, layout::kPointerBytes, false).value;
+}
+
 void CreateFieldDescriptor(File& file, std::int32_t matrix, std::int16_t f, ErrorCode& error) {
   if (f == 0) {
     error.Set(code::kBadArgument);

@@ -38,7 +38,11 @@ class TypeTables {
   /// Property `name` (lower-cased) of a type number, or nullptr. The plain type has none.
   const TypeProperty* Find(platform::File& file, std::int32_t matrix, std::int16_t typeNumber,
                            std::string_view name);
-  void Clear() { tables_.clear(); }
+  /// The index of each distinct value of a dictionary matrix, kept true by whoever adds a value. Good until
+  /// `Clear`.
+  std::unordered_map<std::string, std::int32_t>& DictionaryValues(platform::File& file,
+                                                                  std::int32_t dictionaryMatrix);
+  void Clear();
 
  private:
   struct Key {
@@ -56,6 +60,7 @@ class TypeTables {
   static constexpr std::size_t kGreatestTables = 1000;
 
   std::unordered_map<Key, TypeTable, KeyHash> tables_;
+  std::unordered_map<Key, std::unordered_map<std::string, std::int32_t>, KeyHash> dictionaries_;
 };
 
 }  // namespace orv::storage
