@@ -51,9 +51,9 @@ void File::Write(std::int64_t position, std::string_view bytes) {
   std::memmove(base_ + position - 1, own ? base_ + offset : bytes.data(), bytes.size());
 }
 
-void File::WriteZeros(std::int64_t position, std::int64_t count) {
+void File::Fill(std::int64_t position, std::int64_t count, char value) {
   Prepare(position, count);
-  std::memset(base_ + position - 1, 0, static_cast<std::size_t>(count));
+  std::memset(base_ + position - 1, value, static_cast<std::size_t>(count));
 }
 
 void File::Move(std::int64_t from, std::int64_t to, std::int64_t count) {

@@ -53,13 +53,19 @@ class File {
   std::int16_t Int16At(std::int64_t position) const { return IntegerAt<std::int16_t>(position); }
   std::int32_t Int32At(std::int64_t position) const { return IntegerAt<std::int32_t>(position); }
 
+  /// Whether the view points into this file.
+  bool Owns(std::string_view view) const {
+    return view.data() >= base_ && view.data() <= base_ + length_;
+  }
+
   /// Stores the bytes; a gap between the file's end and `position` is filled with zeros. The bytes may be
   /// a view of this file.
   void Write(std::int64_t position, std::string_view bytes);
   void WriteByte(std::int64_t position, std::uint8_t value) { WriteInteger(position, value); }
   void WriteInt16(std::int64_t position, std::int16_t value) { WriteInteger(position, value); }
   void WriteInt32(std::int64_t position, std::int32_t value) { WriteInteger(position, value); }
-  void WriteZeros(std::int64_t position, std::int64_t count);
+  void WriteZeros(std::int64_t position, std::int64_t count) { Fill(position, count, 0); }
+  void Fill(std::int64_t position, std::int64_t count, char value);
   /// Moves `count` existing bytes within the file; the ranges may overlap.
   void Move(std::int64_t from, std::int64_t to, std::int64_t count);
 

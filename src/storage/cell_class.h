@@ -6,7 +6,7 @@
 #include <string_view>
 
 #include "storage/field_class.h"
-#include "storage/field_reader.h"
+#include "storage/cell_code.h"
 #include "storage/path_resolver.h"
 #include "storage/type_tables.h"
 
@@ -43,13 +43,8 @@ class CellClass final : public CellFinder {
 
  private:
   bool MapToUnderlying(const Location& at, std::int32_t& rec, std::int16_t& fld);
+  std::string_view ReadUnderlying(const Location& at, std::int32_t rec, std::int16_t fld, bool& isMtx);
   std::int32_t DescriptorOf(const Location& at, std::int16_t fld);
-  void WriteName(const Location& at, std::int32_t descriptor, std::string_view v);
-  void WriteRecord(const Location& at, std::int32_t descriptor, std::int32_t rec, std::int16_t fld,
-                   std::string_view v);
-  void WriteFree(const Location& at, std::int32_t descriptor, std::int32_t rec, std::int16_t fld,
-                 std::string_view v);
-  void WriteFixed(const Location& at, std::int32_t descriptor, std::int32_t rec, std::string_view v);
 
   PathResolver& resolver_;
   FieldClass& fields_;

@@ -40,14 +40,20 @@ class ChainBlocks {
   std::int64_t bytes_ = 0;            ///< of all known blocks together: a chain longer than its file loops
 };
 
+/// How many entries the index blocks of dictionary fields have room for, by position; the file itself does
+/// not say it.
+using IndexRoom = std::unordered_map<std::int32_t, std::int64_t>;
+
 /// The directories of all chain arrays of one opening; lives in the file's memory.
 class ChainDirectory final : public platform::FileMemory {
  public:
   static ChainDirectory& Of(platform::File& file);
   ChainBlocks& Blocks(std::int32_t start, std::int32_t entryBytes);
+  IndexRoom& indexRoom() { return indexRoom_; }
 
  private:
   std::unordered_map<std::uint64_t, ChainBlocks> arrays_;
+  IndexRoom indexRoom_;
   std::uint64_t lastKey_ = 0;
   ChainBlocks* last_ = nullptr;
 };

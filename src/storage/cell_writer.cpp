@@ -1,0 +1,87 @@
+#include "storage/cell_writer.h"
+
+#include <string>
+
+#include "storage/cell_code.h"
+#include "storage/cell_primitives.h"
+#include "storage/chain_array.h"
+#include "storage/chained_text.h"
+#include "storage/dictionary_writer.h"
+#include "storage/field_reader.h"
+#include "storage/layout.h"
+#include "storage/matrix.h"
+#include "storage/records.h"
+
+namespace orv::storage {
+
+using platform::Raise;
+using platform::RunTimeError;
+
+void CellWriter::WriteName(std::int32_t descriptor, std::string_view text) {
+  const std::int64_t titleCell = std::int64_t{descriptor} + layout::descriptor::kTitleCell;
+  const std::int16_t word = file_.Int16At(titleCell);
+  WriteChainedText(file_, static_cast<std::int32_t>(titleCell + layout::cell::kText), text,
+                   LengthBytes(word));
+}
+
+void CellWriter::Write(std::int32_t descriptor, std::int32_t r, std::int16_t f, std::string_view text) {
+  const std::int32_t records = ContainerRecordCount(file_, matrix_);
+  if (r < 1 || r > records) Raise(RunTimeError::kSubscript);
+  const FieldStyle style = StyleOf(descriptor, file_);
+  switch (style.freeSize) {
+    case free_size::kFree:
+      return WriteFree(descriptor, r, f, text);
+    case free_size::kFixed:
+      return WriteFixed(descriptor, r, style, text);
+    case free_size::kDictionary:
+      return DictionaryWriter(file_, matrix_, types_, error_).Write(descriptor, r, text);
+    default:
+      error_.Set(code::kInvalidCall);  // nothing writes compressed cells
+  }
+}
+
+void CellWriter::WriteFree(std::int32_t descriptor, std::int32_t r, std::int16_t f, std::string_view text) {
+  if (FindChainRun(file_, file_.Int32At(descriptor), r, layout::kPointerBytes).count == 0) {
+    if (text.empty()) return;
+    MakeRoom(matrix_, descriptor, ContainerRecordCount(file_, matrix_), file_, types_);
+  }
+  std::int32_t slot = 0;
+  std::int32_t cell = GetCellPos(descriptor, r, file_, slot, error_);
+  const bool isLong = text.size() >= layout::cell::kShortTextLimit;
+  if (cell == 0) {
+    if (text.empty()) return;
+    std::int16_t word = EncodeCellCode({FieldTypeNumber(descriptor, file_), isLong, false});
+    return PutCell(cell, word, text, file_, slot);
+  }
+  if (!file_.Contains(cell, layout::cell::kText)) Raise(RunTimeError::kSubscript);
+  if (isLong && LengthBytes(file_.Int16At(cell)) == layout::kShortLengthBytes) {
+    // The long form is longer than the short cell: it gets a place of its own before it is written.
+    SetCellForm(matrix_, r, f, layout::kLongLengthBytes, file_, error_);
+    cell = GetCellPos(descriptor, r, file_, slot, error_);
+  }
+  std::int16_t keepCode = 0;
+  PutCell(cell, keepCode, text, file_, slot);
+}
+
+void CellWriter::WriteFixed(std::int32_t descriptor, std::int32_t r, const FieldStyle& style,
+                            std::string_view text) {
+  if (style.cellSize < 1) Raise(RunTimeError::kSubscript);
+  const FixedFormat format = FixedFormatOf(file_, matrix_, descriptor, style, &types_);
+  std::string bytes;
+  if (!format.intProperty) {
+    bytes = FixedCellBytes(text, format, error_);
+    if (error_.IsSet()) return;
+  }
+  const std::int32_t start = file_.Int32At(descriptor);
+  if (FindChainRun(file_, start, r, style.cellSize).count == 0) {
+    MakeRoom(matrix_, descriptor, ContainerRecordCount(file_, matrix_), file_, types_);
+  }
+  const ChainRun entry = FindChainRun(file_, file_.Int32At(descriptor), r, style.cellSize);
+  if (format.intProperty) {
+    SetFixedData(r, file_.Int32At(descriptor), file_, style.cellSize, text, kIntType);
+  } else {
+    file_.Write(entry.position, bytes);
+  }
+}
+
+}  // namespace orv::storage
