@@ -49,8 +49,8 @@ struct ExportSettings {
 };
 
 /// The model of one long-operation dialog. The operation owns it and writes it; a user interface
-/// shows it, reads it and calls the three handlers. A reference is good from `UserInterface::Show`
-/// or `RunModal` until `Close` returns.
+/// shows it, reads it and calls the handlers, none of which throws. A reference is good from
+/// `UserInterface::Show` or `RunModal` until `Close` returns.
 class Dialog {
  public:
   virtual ~Dialog() = default;
@@ -69,14 +69,21 @@ class Dialog {
   virtual bool AwaitsForward() const { return false; }
   /// Whether the operation has closed the dialog.
   virtual bool closed() const = 0;
+  /// Whether the cancel button of this dialog has made the cancel request (its confirmation, if
+  /// any, answered with Yes).
+  virtual bool cancelled() const = 0;
 
   /// The one-shot timer: starts the work. Returns when the work has ended, refused or been
   /// cancelled, or at once when the dialog first waits for its forward button.
   virtual void OnTimer() = 0;
   /// The forward button of the settings page; runs the work like `OnTimer`.
   virtual void OnForward() {}
-  /// The cancel button. May show a question; never ends the work itself, the running loop does.
+  /// The cancel button. May show a question; never ends the work itself, the running loop does. A
+  /// dialog whose work does not run is closed by a confirmed press.
   virtual void OnCancel() = 0;
+  /// The window's close box: the cancel button while the work runs, otherwise the dialog closes
+  /// without a question.
+  virtual void OnClose() = 0;
 
  protected:
   Dialog() = default;
@@ -94,12 +101,12 @@ class UserInterface {
 
   /// Shows a message box and returns the button chosen, one that the box has.
   virtual Button ShowMessage(const Message& message) = 0;
-  /// Shows a dialog without blocking; the operation goes on and calls `Close` itself.
+  /// Shows a dialog without blocking; the operation is running already and calls `Close` itself.
+  /// `OnTimer` is not called.
   virtual void Show(Dialog& dialog) = 0;
   /// Shows a dialog, calls its `OnTimer` once when it is painted, and returns after `Close`. A
   /// dialog that is still open when `OnTimer` has returned stays until its forward or cancel button
-  /// closes it; an interface without a person behind it presses forward where the dialog awaits
-  /// that, else cancel.
+  /// or its close box closes it. An interface without a person behind it calls `RunUnattended`.
   virtual void RunModal(Dialog& dialog) = 0;
   /// Something of the dialog changed. `label` is the label's index when `change` is kLabel.
   /// Painting may be coalesced.
@@ -119,5 +126,9 @@ class UserInterface {
 /// ownership and keeps the object alive as long as it is installed. Not to be called while a dialog
 /// is open.
 UserInterface* InstallUserInterface(UserInterface* userInterface);
+
+/// What `UserInterface::RunModal` does where nobody sits in front of the dialog: starts the work,
+/// presses forward once if the dialog awaits that, and closes a dialog that is open even then.
+void RunUnattended(Dialog& dialog);
 
 }  // namespace orv

@@ -19,13 +19,13 @@ awk '
   BEGIN {
     below["platform"] = " platform "
     below["storage"] = below["platform"] "storage "
-    rooms = split("exchange command query convert dialogs", middle, " ")
-    all = below["storage"]
-    for (i = 1; i <= rooms; i++) {
-      below[middle[i]] = below["storage"] middle[i] " "
-      all = all middle[i] " "
-    }
-    below["engine"] = all "engine "
+    below["command"] = below["storage"] "command "
+    below["dialogs"] = below["storage"] "dialogs "
+    services = below["command"] "dialogs "
+    below["exchange"] = services "exchange "
+    below["query"] = services "query "
+    below["convert"] = services "convert "
+    below["engine"] = services "exchange query convert engine "
   }
 
   function Fail(why) {

@@ -1,0 +1,29 @@
+#include "dialogs/installed_interface.h"
+
+#include <utility>
+
+#include "dialogs/silent_interface.h"
+
+namespace orv {
+namespace {
+
+// nullptr stands for the silent interface, so that hosts need not know that one.
+UserInterface* installed = nullptr;
+
+}  // namespace
+
+UserInterface* InstallUserInterface(UserInterface* userInterface) {
+  return std::exchange(installed, userInterface);
+}
+
+namespace dialogs {
+
+UserInterface& InstalledInterface() {
+  static SilentInterface silent;
+  return installed != nullptr ? *installed : silent;
+}
+
+void Beep() { InstalledInterface().Beep(); }
+
+}  // namespace dialogs
+}  // namespace orv
