@@ -10,8 +10,6 @@
 namespace orv::storage {
 
 using platform::File;
-using platform::Raise;
-using platform::RunTimeError;
 
 namespace {
 
@@ -75,6 +73,7 @@ std::string_view CellClass::ReadUnderlying(const Location& at, std::int32_t rec,
     return buffer_;
   }
   const std::int32_t descriptor = DescriptorOf(at, fld);
+  if (descriptor < 1) return {};
   std::string_view text;
   if (rec < 1) {
     text = GetCell(descriptor + layout::descriptor::kTitleCell, *at.file, code_, buffer_);
@@ -91,11 +90,12 @@ std::string_view CellClass::ReadUnderlying(const Location& at, std::int32_t rec,
   return text;
 }
 
-/// The field's descriptor; raises 9 for a field that the matrix does not have.
+/// The field's descriptor; 0, with 255, for an empty slot of the field table.
 std::int32_t CellClass::DescriptorOf(const Location& at, std::int16_t fld) {
   const std::int32_t descriptor = fields_.GetFieldPos(at.position, fld, *at.file);
-  if (descriptor < 1) Raise(RunTimeError::kSubscript);
-  return descriptor;
+  if (descriptor >= 1) return descriptor;
+  error_.Set(code::kBadArgument);
+  return 0;
 }
 
 void CellClass::SvrSetCellValue(std::string_view v, const std::wstring& p, std::int32_t rec,
@@ -117,6 +117,7 @@ void CellClass::SvrSetCellValue(std::string_view v, const std::wstring& p, std::
     return;
   }
   const std::int32_t descriptor = DescriptorOf(at, fld);
+  if (descriptor < 1) return;
   CellWriter writer(*at.file, at.position, types_, error_);
   if (rec < 1) {
     writer.WriteName(descriptor, v);

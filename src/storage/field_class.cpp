@@ -77,8 +77,8 @@ std::int16_t FieldClass::GetFldTypeSub(std::int32_t p, std::int32_t r, File& nm)
   if (r == 0) return nm.Int16At(std::int64_t{p} + layout::descriptor::kTitleCell);
   if (r < 0) return 0;
   if (StyleOf(p, nm).freeSize != free_size::kFree) return ownCode;
-  const std::int32_t cell =
-      ReadChainEntry(nm, nm.Int32At(p), r, kPointerBytes, false).value;
+  const ChainRun entry = FindChainRun(nm, nm.Int32At(p), r, kPointerBytes);
+  const std::int32_t cell = entry.count == 0 ? 0 : nm.Int32At(entry.position);
   return cell < 1 ? std::int16_t{0} : nm.Int16At(cell);
 }
 
@@ -144,6 +144,10 @@ std::int32_t FieldClass::SvrFields(const std::wstring& p) {
 
 void FieldClass::SvrSetFldStyle(const std::wstring& pth, std::int16_t f, const FieldStyle& style) {
   constexpr std::size_t kSizeDigits = 5;
+  constexpr int kGreatestByte = 255;
+  for (const int number : {style.freeSize + 1, style.dataType + 1}) {
+    if (number < 0 || number > kGreatestByte) Raise(RunTimeError::kInvalidCall);
+  }
   std::string request(1, static_cast<char>(style.freeSize + 1));
   request += PaddedText(std::to_string(style.cellSize), kSizeDigits);
   request += style.fixedType ? '+' : '-';
