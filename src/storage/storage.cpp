@@ -38,6 +38,12 @@ void Storage::DropFile(const std::wstring& fileName) {
   if (ports.filters != nullptr) ports.filters->DropFile(fileName);
 }
 
+void Storage::DropFaulted() {
+  resolver.ForgetLast();
+  openFiles.DropFaulted();
+  if (ports.filters != nullptr) ports.filters->EraseCash();
+}
+
 std::int32_t Storage::RecordCount(const Location& at) {
   if (at.IsView()) return ports.filters->RecordCount(at.filter);
   if (at.IsDbase()) return ports.dbase->RecordCount(*at.file);

@@ -36,6 +36,9 @@ class Storage final : public CacheReset {
   /// before the file is deleted or written anew.
   void DropFile(const std::wstring& fileName);
 
+  /// Closes and forgets the files that were cut short under their map or could not be read.
+  void DropFaulted();
+
   /// Records of the location: of the view, the matrix or the dBASE III table; -1 for no location.
   std::int32_t RecordCount(const Location& at);
   /// Fields of the location, likewise.

@@ -1,0 +1,218 @@
+#include "orv/engine.h"
+
+#include "engine/creation.h"
+#include "engine/member_call.h"
+#include "engine/record_members.h"
+#include "engine/titles.h"
+#include "engine/type_properties.h"
+#include "engine/value_matrix.h"
+#include "platform/code_page.h"
+#include "storage/matrix.h"
+#include "storage/nested_matrix.h"
+
+namespace orv {
+
+using engine::CallMember;
+using engine::Component;
+using platform::ToBytes;
+using platform::ToWide;
+
+namespace {
+
+/// The answer of a member that is not there yet.
+void SetNotThere(Component& component) {
+  component.storage.error.Set(storage::code::kInvalidCall);
+}
+
+storage::FieldStyle ToStyle(std::int16_t freeSize, std::int16_t cellSize, Boolean fixedType, Boolean unique,
+                            std::int16_t dataType) {
+  return {freeSize, cellSize, IsTrue(fixedType), IsTrue(unique), dataType};
+}
+
+}  // namespace
+
+Engine::Engine() { Component::Instance(); }
+
+void Engine::UnloadServer() {}
+
+void Engine::SortData(std::wstring&, std::int16_t&) { CallMember(SetNotThere); }
+
+Value Engine::dBASEFldSize(std::wstring& Pth, std::int16_t& f) {
+  return CallMember(Value(), [&](Component& component) {
+    const storage::Location at = component.storage.resolver.ResolvePath(Pth);
+    if (component.storage.error.IsSet() || at.file == nullptr) return Value();
+    return Value(component.storage.ports.dbase->FieldWidth(*at.file, f));
+  });
+}
+
+std::int16_t Engine::IsORVorDBF(std::wstring& Pth) {
+  return CallMember(std::int16_t{0}, [&](Component& component) {
+    constexpr std::int16_t kContainer = 1;
+    constexpr std::int16_t kDbase = 2;
+    const storage::Location at = component.storage.resolver.ResolvePath(Pth);
+    if (at.file == nullptr) return std::int16_t{0};
+    if (storage::CheckOwnFormat(*at.file)) return kContainer;
+    return storage::CheckDbaseFormat(*at.file) ? kDbase : std::int16_t{0};
+  });
+}
+
+void Engine::InsFirstLvlMtx(std::wstring& Pth) {
+  CallMember([&](Component& component) { engine::InsFirstLvlMtx(component.storage, Pth); });
+}
+
+std::wstring Engine::GetTitle(std::wstring& Pth) {
+  return CallMember(std::wstring(),
+                    [&](Component& component) { return engine::GetTitle(component.storage, Pth); });
+}
+
+void Engine::SaveMtxAs(std::wstring&, std::wstring&, Boolean&, std::int16_t&) { CallMember(SetNotThere); }
+
+void Engine::PutMatrix(std::wstring& Pth, std::int32_t& r, std::int16_t& f, std::wstring& MtxName) {
+  CallMember([&](Component& component) {
+    std::string title = ToBytes(MtxName);
+    const bool takesText = title.empty();
+    storage::PutMatrix(component.storage, Pth, r, f, title);
+    if (takesText) MtxName = ToWide(title);
+  });
+}
+
+std::int32_t Engine::Records(std::wstring& p) {
+  return CallMember(std::int32_t{-1},
+                    [&](Component& component) { return engine::Records(component.storage, p); });
+}
+
+std::int32_t Engine::Fields(std::wstring& p) {
+  return CallMember(std::int32_t{-1},
+                    [&](Component& component) { return component.storage.fields.SvrFields(p); });
+}
+
+void Engine::SetCellValue(std::wstring& v, std::wstring& p, std::int32_t& Rec, std::int16_t& Fld) {
+  CallMember([&](Component& component) {
+    component.storage.cells.SvrSetCellValue(ToBytes(v), p, Rec, Fld);
+  });
+}
+
+std::wstring Engine::Cmd(std::wstring&, std::int16_t&) { return {}; }
+
+void Engine::CmdAddRecord(std::wstring& Pth, std::int32_t& Number, std::int32_t& row) {
+  CallMember([&](Component& component) { engine::CmdAddRecord(component.storage, Pth, Number, row); });
+}
+
+std::wstring Engine::GetCellValue(std::wstring& p, std::int32_t& Rec, std::int16_t& Fld, Boolean& isMtx,
+                                  Boolean& Frml) {
+  bool holdsMatrix = false;
+  std::wstring text = CallMember(std::wstring(), [&](Component& component) {
+    return ToWide(component.storage.cells.SvrGetCellValue(p, Rec, Fld, holdsMatrix, IsTrue(Frml)));
+  });
+  isMtx = ToBoolean(holdsMatrix);
+  return text;
+}
+
+std::int32_t Engine::MtxFindFirst(std::wstring&, std::int32_t&, std::int16_t&, std::wstring&,
+                                  std::int16_t&, Boolean&, std::int16_t&, Boolean&) {
+  CallMember(SetNotThere);
+  return -1;
+}
+
+std::int32_t Engine::MtxFindMin(std::wstring&, std::int16_t&) {
+  CallMember(SetNotThere);
+  return -1;
+}
+
+std::int32_t Engine::MtxFindMax(std::wstring&, std::int16_t&) {
+  CallMember(SetNotThere);
+  return -1;
+}
+
+void Engine::SetTypeValue(std::wstring& Pth, std::int32_t& r, std::int16_t& f, std::wstring& Prop,
+                          std::wstring& Vlu) {
+  CallMember([&](Component& component) {
+    engine::SetTypeValue(component.storage, Pth, r, f, ToBytes(Prop), ToBytes(Vlu));
+  });
+}
+
+std::wstring Engine::GetTypeValue(std::wstring& Pth, std::int32_t& r, std::int16_t& f, std::wstring& Prop,
+                                  Boolean& Frml) {
+  return CallMember(std::wstring(), [&](Component& component) {
+    return ToWide(engine::GetTypeValue(component.storage, Pth, r, f, ToBytes(Prop), IsTrue(Frml),
+                                       component.commandRunner()));
+  });
+}
+
+Value Engine::ReBit(std::wstring& Pth, std::int32_t& r, std::int16_t& f, std::int16_t& b) {
+  CallMember([&](Component& component) { engine::ReBit(component.storage, Pth, r, f, b); });
+  return {};
+}
+
+void Engine::CmdNewOrvDB(std::wstring& file, std::wstring& MtxName) {
+  CallMember([&](Component& component) { engine::CmdNewOrvDB(component.storage, file, MtxName); });
+}
+
+void Engine::SetFldStyle(std::wstring&, std::int16_t&, std::int16_t&, std::int16_t&, Boolean&, Boolean&,
+                         std::int16_t&) {
+  CallMember(SetNotThere);
+}
+
+void Engine::GetFldStyle(std::wstring& p, std::int16_t& f, std::int16_t& FreeSize, std::int16_t& cellsize,
+                         Boolean& FixedType, Boolean& Unique, std::int16_t& DataType) {
+  CallMember([&](Component& component) {
+    storage::FieldStyle style = ToStyle(FreeSize, cellsize, FixedType, Unique, DataType);
+    component.storage.fields.SvrGetFldStyle(p, f, style);
+    if (component.storage.error.IsSet()) return;
+    FreeSize = style.freeSize;
+    cellsize = style.cellSize;
+    FixedType = ToBoolean(style.fixedType);
+    Unique = ToBoolean(style.unique);
+    DataType = style.dataType;
+  });
+}
+
+void Engine::CmdAddFld(std::wstring& Pth, std::int16_t& NumOfFields, std::int16_t& f) {
+  CallMember([&](Component& component) {
+    component.storage.fields.SvrCmdAddFields(Pth, NumOfFields, f);
+  });
+}
+
+void Engine::CmdDelFld(std::wstring& Pth, std::int16_t& f) {
+  CallMember([&](Component& component) { component.storage.fields.SvrCmdDelFld(Pth, f); });
+}
+
+Value Engine::ExecCmd(std::wstring&, std::wstring&, std::int32_t&, std::int16_t&) {
+  CallMember(SetNotThere);
+  return {};
+}
+
+std::int16_t Engine::GetID(std::wstring& Pth, std::int32_t& r, std::int16_t& f) {
+  return CallMember(std::int16_t{0},
+                    [&](Component& component) { return engine::GetID(component.storage, Pth, r, f); });
+}
+
+std::int16_t Engine::GetCellDataType(std::wstring& Pth, std::int32_t& r, std::int16_t& f) {
+  return CallMember(std::int16_t{0}, [&](Component& component) {
+    return engine::GetCellDataType(component.storage, Pth, r, f);
+  });
+}
+
+void Engine::SetTitle(std::wstring& Vlu, std::wstring& Pth) {
+  CallMember([&](Component& component) { engine::SetTitle(component.storage, Vlu, Pth); });
+}
+
+void Engine::CopyCell(std::wstring&, std::int32_t&, std::int16_t&, std::wstring&, std::int32_t&,
+                      std::int16_t&, Boolean&, Boolean&) {}
+
+void Engine::ValueMatrix(TextMatrix& m, std::wstring& Pth, std::int32_t& r1, std::int32_t& r2,
+                         Boolean& Frml) {
+  CallMember([&](Component& component) {
+    engine::ValueMatrix(component.storage, m, Pth, r1, r2, IsTrue(Frml));
+  });
+}
+
+Value Engine::ErrorCode() { return Value(Component::Instance().storage.error.value()); }
+
+void Engine::CloseAll() {
+  CallMember([&](Component& component) { component.storage.CloseAll(); });
+}
+
+void Engine::gt() {}
+
+}  // namespace orv
