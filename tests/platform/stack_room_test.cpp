@@ -1,0 +1,34 @@
+#include "platform/stack_room.h"
+
+#include <limits>
+#include <thread>
+
+#include <gtest/gtest.h>
+
+namespace orv::platform {
+namespace {
+
+#ifdef __linux__
+// Not inlined: the point is the frame of its own.
+[[gnu::noinline]] std::size_t RoomBelow(int levels) {
+  volatile char frame[4096];
+  frame[0] = static_cast<char>(levels);
+  return levels == 0 ? StackRoom() : RoomBelow(levels - 1) + static_cast<std::size_t>(frame[1] * 0);
+}
+
+TEST(StackRoomTest, ShrinksAsTheStackGrows) {
+  const std::size_t here = StackRoom();
+  ASSERT_LT(here, std::numeric_limits<std::size_t>::max());
+  EXPECT_LT(RoomBelow(20), here - 20 * 100);
+}
+
+TEST(StackRoomTest, EachThreadHasItsOwn) {
+  std::size_t room = 0;
+  std::thread([&] { room = StackRoom(); }).join();
+  EXPECT_GT(room, 16U * 1024);
+  EXPECT_LT(room, std::numeric_limits<std::size_t>::max());
+}
+#endif
+
+}  // namespace
+}  // namespace orv::platform
