@@ -7,6 +7,10 @@ Component& Component::Instance() {
   return component;
 }
 
-Component::Component() { storage.ports.dbase = &dbase_; }
+Component::Component() : language(storage) {
+  storage.ports.dbase = &dbase_;
+  storage.ports.subscripts = &language;
+  storage.ports.formulas = &language;
+}
 
 }  // namespace orv::engine

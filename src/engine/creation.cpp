@@ -37,7 +37,8 @@ void WriteContainer(Storage& storage, const std::wstring& name, const std::wstri
   storage.files.Close(NumberedFiles::kCreation);
 }
 
-/// The new top matrix at the end of the file, complete: one field, one record, the old root nested in its cell.
+/// The new top matrix at the end of the file, complete: one field, one record, the old root nested
+/// in its cell.
 std::int32_t AppendTopMatrix(Storage& storage, File& file, std::int32_t oldRoot) {
   const std::int32_t top = storage::EndOfFile(file);
   storage::CreateMatrixHeader(file, top, layout::matrix::kPlainCode, "First",

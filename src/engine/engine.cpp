@@ -20,12 +20,10 @@ using platform::ToWide;
 namespace {
 
 /// The answer of a member that is not there yet.
-void SetNotThere(Component& component) {
-  component.storage.error.Set(storage::code::kInvalidCall);
-}
+void SetNotThere(Component& component) { component.storage.error.Set(storage::code::kInvalidCall); }
 
-storage::FieldStyle ToStyle(std::int16_t freeSize, std::int16_t cellSize, Boolean fixedType, Boolean unique,
-                            std::int16_t dataType) {
+storage::FieldStyle ToStyle(std::int16_t freeSize, std::int16_t cellSize, Boolean fixedType,
+                            Boolean unique, std::int16_t dataType) {
   return {freeSize, cellSize, IsTrue(fixedType), IsTrue(unique), dataType};
 }
 
@@ -65,7 +63,9 @@ std::wstring Engine::GetTitle(std::wstring& Pth) {
                     [&](Component& component) { return engine::GetTitle(component.storage, Pth); });
 }
 
-void Engine::SaveMtxAs(std::wstring&, std::wstring&, Boolean&, std::int16_t&) { CallMember(SetNotThere); }
+void Engine::SaveMtxAs(std::wstring&, std::wstring&, Boolean&, std::int16_t&) {
+  CallMember(SetNotThere);
+}
 
 void Engine::PutMatrix(std::wstring& Pth, std::int32_t& r, std::int16_t& f, std::wstring& MtxName) {
   CallMember([&](Component& component) {
@@ -95,11 +95,12 @@ void Engine::SetCellValue(std::wstring& v, std::wstring& p, std::int32_t& Rec, s
 std::wstring Engine::Cmd(std::wstring&, std::int16_t&) { return {}; }
 
 void Engine::CmdAddRecord(std::wstring& Pth, std::int32_t& Number, std::int32_t& row) {
-  CallMember([&](Component& component) { engine::CmdAddRecord(component.storage, Pth, Number, row); });
+  CallMember(
+      [&](Component& component) { engine::CmdAddRecord(component.storage, Pth, Number, row); });
 }
 
-std::wstring Engine::GetCellValue(std::wstring& p, std::int32_t& Rec, std::int16_t& Fld, Boolean& isMtx,
-                                  Boolean& Frml) {
+std::wstring Engine::GetCellValue(std::wstring& p, std::int32_t& Rec, std::int16_t& Fld,
+                                  Boolean& isMtx, Boolean& Frml) {
   bool holdsMatrix = false;
   std::wstring text = CallMember(std::wstring(), [&](Component& component) {
     return ToWide(component.storage.cells.SvrGetCellValue(p, Rec, Fld, holdsMatrix, IsTrue(Frml)));
@@ -131,11 +132,11 @@ void Engine::SetTypeValue(std::wstring& Pth, std::int32_t& r, std::int16_t& f, s
   });
 }
 
-std::wstring Engine::GetTypeValue(std::wstring& Pth, std::int32_t& r, std::int16_t& f, std::wstring& Prop,
-                                  Boolean& Frml) {
+std::wstring Engine::GetTypeValue(std::wstring& Pth, std::int32_t& r, std::int16_t& f,
+                                  std::wstring& Prop, Boolean& Frml) {
   return CallMember(std::wstring(), [&](Component& component) {
     return ToWide(engine::GetTypeValue(component.storage, Pth, r, f, ToBytes(Prop), IsTrue(Frml),
-                                       component.commandRunner()));
+                                       component.language));
   });
 }
 
@@ -148,13 +149,14 @@ void Engine::CmdNewOrvDB(std::wstring& file, std::wstring& MtxName) {
   CallMember([&](Component& component) { engine::CmdNewOrvDB(component.storage, file, MtxName); });
 }
 
-void Engine::SetFldStyle(std::wstring&, std::int16_t&, std::int16_t&, std::int16_t&, Boolean&, Boolean&,
-                         std::int16_t&) {
+void Engine::SetFldStyle(std::wstring&, std::int16_t&, std::int16_t&, std::int16_t&, Boolean&,
+                         Boolean&, std::int16_t&) {
   CallMember(SetNotThere);
 }
 
-void Engine::GetFldStyle(std::wstring& p, std::int16_t& f, std::int16_t& FreeSize, std::int16_t& cellsize,
-                         Boolean& FixedType, Boolean& Unique, std::int16_t& DataType) {
+void Engine::GetFldStyle(std::wstring& p, std::int16_t& f, std::int16_t& FreeSize,
+                         std::int16_t& cellsize, Boolean& FixedType, Boolean& Unique,
+                         std::int16_t& DataType) {
   CallMember([&](Component& component) {
     storage::FieldStyle style = ToStyle(FreeSize, cellsize, FixedType, Unique, DataType);
     component.storage.fields.SvrGetFldStyle(p, f, style);
@@ -168,23 +170,26 @@ void Engine::GetFldStyle(std::wstring& p, std::int16_t& f, std::int16_t& FreeSiz
 }
 
 void Engine::CmdAddFld(std::wstring& Pth, std::int16_t& NumOfFields, std::int16_t& f) {
-  CallMember([&](Component& component) {
-    component.storage.fields.SvrCmdAddFields(Pth, NumOfFields, f);
-  });
+  CallMember(
+      [&](Component& component) { component.storage.fields.SvrCmdAddFields(Pth, NumOfFields, f); });
 }
 
 void Engine::CmdDelFld(std::wstring& Pth, std::int16_t& f) {
   CallMember([&](Component& component) { component.storage.fields.SvrCmdDelFld(Pth, f); });
 }
 
-Value Engine::ExecCmd(std::wstring&, std::wstring&, std::int32_t&, std::int16_t&) {
-  CallMember(SetNotThere);
-  return {};
+Value Engine::ExecCmd(std::wstring& a, std::wstring& Mtx, std::int32_t& Rec, std::int16_t& Fld) {
+  return CallMember(Value(), [&](Component& component) {
+    component.storage.error.Clear();
+    const auto result = component.language.Run(ToBytes(a), Mtx, Rec, Fld);
+    return result ? Value(ToWide(*result)) : Value();
+  });
 }
 
 std::int16_t Engine::GetID(std::wstring& Pth, std::int32_t& r, std::int16_t& f) {
-  return CallMember(std::int16_t{0},
-                    [&](Component& component) { return engine::GetID(component.storage, Pth, r, f); });
+  return CallMember(std::int16_t{0}, [&](Component& component) {
+    return engine::GetID(component.storage, Pth, r, f);
+  });
 }
 
 std::int16_t Engine::GetCellDataType(std::wstring& Pth, std::int32_t& r, std::int16_t& f) {

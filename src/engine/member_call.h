@@ -7,8 +7,8 @@
 
 namespace orv::engine {
 
-/// Ends a call: a map that met a page which is not there any more makes the call a device error and closes
-/// its file, whatever the work made of the zeros that it read.
+/// Ends a call: a map that met a page which is not there any more makes the call a device error and
+/// closes its file, whatever the work made of the zeros that it read.
 inline void SettleMapFaults(Component& component) {
   if (!platform::TakeMapFault()) return;
   component.storage.error.Set(platform::RunTimeError::kDeviceIo);

@@ -25,7 +25,9 @@ std::int32_t DescriptorOf(Storage& storage, const Location& at, std::int16_t f) 
   return storage.fields.GetFieldPos(at.position, UnderlyingField(storage, at, f), *at.file);
 }
 
-std::int16_t CodeOfCell(Storage& storage, const Location& at, std::int32_t r, std::int16_t f) {
+}  // namespace
+
+std::int16_t CellCodeAt(Storage& storage, const Location& at, std::int32_t r, std::int16_t f) {
   std::int32_t record = r;
   if (r > 0) {
     record = storage.UnderlyingRecord(at, r);
@@ -35,14 +37,13 @@ std::int16_t CodeOfCell(Storage& storage, const Location& at, std::int32_t r, st
   return storage::FieldClass::GetFldTypeSub(DescriptorOf(storage, at, f), record, *at.file);
 }
 
-}  // namespace
-
 std::int32_t Records(Storage& storage, const std::wstring& p) {
   const Location at = storage.resolver.ResolvePath(p);
   return storage.error.IsSet() ? -1 : storage.RecordCount(at);
 }
 
-void CmdAddRecord(Storage& storage, const std::wstring& pth, std::int32_t number, std::int32_t row) {
+void CmdAddRecord(Storage& storage, const std::wstring& pth, std::int32_t number,
+                  std::int32_t row) {
   const Location at = storage.resolver.ResolvePath(pth);
   if (storage.error.IsSet()) return;
   if (!at.IsMatrix()) {
@@ -60,10 +61,11 @@ std::int16_t GetID(Storage& storage, const std::wstring& pth, std::int32_t r, st
     storage.error.Set(code::kBadArgument);
     return 0;
   }
-  return CodeOfCell(storage, at, r, f);
+  return CellCodeAt(storage, at, r, f);
 }
 
-void ReBit(Storage& storage, const std::wstring& pth, std::int32_t r, std::int16_t f, std::int16_t b) {
+void ReBit(Storage& storage, const std::wstring& pth, std::int32_t r, std::int16_t f,
+           std::int16_t b) {
   const Location at = storage.resolver.ResolvePath(pth);
   if (storage.error.IsSet()) return;
   if (b != storage::layout::kShortLengthBytes && b != storage::layout::kLongLengthBytes) {
@@ -79,13 +81,14 @@ void ReBit(Storage& storage, const std::wstring& pth, std::int32_t r, std::int16
   }
 }
 
-std::int16_t GetCellDataType(Storage& storage, const std::wstring& pth, std::int32_t r, std::int16_t f) {
+std::int16_t GetCellDataType(Storage& storage, const std::wstring& pth, std::int32_t r,
+                             std::int16_t f) {
   bool isMtx = false;
   storage.cells.SvrGetCellValue(pth, r, f, isMtx, false);
   if (storage.error.IsSet()) return 0;
   const Location at = storage.resolver.ResolvePath(pth);
   if (!at.IsMatrix()) return 0;
-  const std::int16_t type = storage::DecodeCellCode(CodeOfCell(storage, at, r < 0 ? 0 : r, f)).type;
+  const std::int16_t type = storage::DecodeCellCode(CellCodeAt(storage, at, r < 0 ? 0 : r, f)).type;
   const storage::TypeProperty* named = storage.types.Find(*at.file, at.position, type, "type");
   if (named != nullptr && !named->text.empty()) return storage::TypeCode(named->text);
   return storage::StyleOf(DescriptorOf(storage, at, f), *at.file).dataType;

@@ -33,8 +33,8 @@ void SetTitle(storage::Storage& storage, const std::wstring& vlu, const std::wst
     return;
   }
   const std::int32_t before = at.file->Int32At(TitlePointer(at));
-  const std::int32_t title = storage::WriteChainedText(*at.file, before, platform::ToBytes(vlu),
-                                                       layout::kLongLengthBytes);
+  const std::int32_t title =
+      storage::WriteChainedText(*at.file, before, platform::ToBytes(vlu), layout::kLongLengthBytes);
   if (title != before) at.file->WriteInt32(TitlePointer(at), title);
 }
 

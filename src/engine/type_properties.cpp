@@ -56,7 +56,8 @@ const TypeTable::Row* FindRow(const TypeTable* table, std::int32_t r, std::int16
   return row == rows.end() ? nullptr : &row->second;
 }
 
-/// The position that `path` leads to, 0 when it leads to no matrix; the error code is left clear then.
+/// The position that `path` leads to, 0 when it leads to no matrix; the error code is left clear
+/// then.
 std::int32_t MatrixAt(Storage& storage, const std::wstring& path) {
   const Location at = storage.resolver.ResolvePath(path);
   if (storage.error.value() == code::kNotAMatrix) storage.error.Clear();
@@ -76,8 +77,10 @@ class PropertyWriter {
       : storage_(storage), pth_(pth), types_(storage::PropertyPath(pth)), r_(r), f_(f) {}
 
   void Write(const std::string& prop, const std::string& vlu) {
-    const std::int16_t type = SelectsCell(r_) ? TypeOfCell(storage_, pth_, r_, f_) : std::int16_t{0};
-    if (Failed() || !EnsureMatrix(pth_, types_, storage::kTypeTableRecord, 1, "Types", kTypeFields)) return;
+    const std::int16_t type =
+        SelectsCell(r_) ? TypeOfCell(storage_, pth_, r_, f_) : std::int16_t{0};
+    if (Failed() || !EnsureMatrix(pth_, types_, storage::kTypeTableRecord, 1, "Types", kTypeFields))
+      return;
     const std::int32_t known = RowOf(type);
     const std::int16_t newType = known == 0 ? NextIdentifier() : type;
     const std::int32_t row = known == 0 ? AddRow(newType) : known;
@@ -91,9 +94,10 @@ class PropertyWriter {
   bool Failed() const { return storage_.error.IsSet(); }
 
   /// Makes the matrix at `path` exist in cell (r, f) of `owner` with its fields.
-  bool EnsureMatrix(const std::wstring& owner, const std::wstring& path, std::int32_t r, std::int16_t f,
-                    std::string title, std::int16_t fields) {
-    if (MatrixAt(storage_, path) == 0 && !Failed()) storage::PutMatrix(storage_, owner, r, f, title);
+  bool EnsureMatrix(const std::wstring& owner, const std::wstring& path, std::int32_t r,
+                    std::int16_t f, std::string title, std::int16_t fields) {
+    if (MatrixAt(storage_, path) == 0 && !Failed())
+      storage::PutMatrix(storage_, owner, r, f, title);
     if (Failed()) return false;
     const std::int32_t present = storage_.fields.SvrFields(path);
     if (present < fields) {
@@ -148,7 +152,8 @@ class PropertyWriter {
     const std::int32_t records = storage_.RecordCount(at);
     for (std::int32_t record = 1; record <= records; ++record) {
       bool isMtx = false;
-      if (platform::FoldCase(storage_.cells.ReadCell(at, record, kNameField, isMtx)) == name) return record;
+      if (platform::FoldCase(storage_.cells.ReadCell(at, record, kNameField, isMtx)) == name)
+        return record;
     }
     return 0;
   }
@@ -167,15 +172,17 @@ class PropertyWriter {
     if (r_ > 0 && hasCells) {
       StoreTypeOfCell(at, descriptor, storage_.UnderlyingRecord(at, r_), type);
     } else {
-      ReplaceType(file, std::int64_t{descriptor} + (r_ == 0 ? layout::descriptor::kTitleCell
-                                                            : layout::descriptor::kFieldCode),
+      ReplaceType(file,
+                  std::int64_t{descriptor} +
+                      (r_ == 0 ? layout::descriptor::kTitleCell : layout::descriptor::kFieldCode),
                   type);
     }
   }
 
-  void StoreTypeOfCell(const Location& at, std::int32_t descriptor, std::int32_t record, std::int16_t type) {
-    storage::MakeRoom(at.position, descriptor, storage::ContainerRecordCount(*at.file, at.position), *at.file,
-                      storage_.types);
+  void StoreTypeOfCell(const Location& at, std::int32_t descriptor, std::int32_t record,
+                       std::int16_t type) {
+    storage::MakeRoom(at.position, descriptor, storage::ContainerRecordCount(*at.file, at.position),
+                      *at.file, storage_.types);
     std::int32_t slot = 0;
     std::int32_t cell = storage::GetCellPos(descriptor, record, *at.file, slot, storage_.error);
     if (cell == 0) {
@@ -198,7 +205,8 @@ class PropertyWriter {
   std::int16_t f_;
 };
 
-std::string DbaseProperty(Storage& storage, const Location& at, std::int16_t f, const std::string& prop) {
+std::string DbaseProperty(Storage& storage, const Location& at, std::int16_t f,
+                          const std::string& prop) {
   if (platform::FoldCase(std::string_view(prop)) == kDbaseWidth) {
     return std::to_string(storage.ports.dbase->FieldWidth(*at.file, f));
   }
@@ -231,7 +239,7 @@ void SetTypeValue(Storage& storage, const std::wstring& pth, std::int32_t r, std
 }
 
 std::string GetTypeValue(Storage& storage, const std::wstring& pth, std::int32_t r, std::int16_t f,
-                         const std::string& prop, bool frml, const CommandRunner& run) {
+                         const std::string& prop, bool frml, LanguageServices& language) {
   storage.error.Clear();
   if (storage::EndsInProperties(pth)) return {};
   const Location at = storage.resolver.ResolvePath(pth);
@@ -249,8 +257,10 @@ std::string GetTypeValue(Storage& storage, const std::wstring& pth, std::int32_t
     storage.error.Set(code::kNothingToRead);
     return {};
   }
-  const std::string value = properties->find(platform::FoldCase(std::string_view(prop)))->second.text;
-  return frml && IsCommand(value) ? run(value, pth, r, f) : value;
+  const std::string value =
+      properties->find(platform::FoldCase(std::string_view(prop)))->second.text;
+  if (!frml || !IsCommand(value)) return value;
+  return language.Run(value, pth, r, f).value_or(std::string());
 }
 
 }  // namespace orv::engine

@@ -15,17 +15,19 @@ namespace code = storage::code;
 
 namespace {
 
-/// Reads the cells of a block: plain cells of a container matrix through one reader a field, everything else
-/// through the cell service.
+/// Reads the cells of a block: plain cells of a container matrix through one reader a field,
+/// everything else through the cell service.
 class BlockReader {
  public:
-  BlockReader(Storage& storage, const std::wstring& pth, const Location& at, std::int32_t fields, bool frml)
+  BlockReader(Storage& storage, const std::wstring& pth, const Location& at, std::int32_t fields,
+              bool frml)
       : storage_(storage), pth_(pth), at_(at), frml_(frml) {
     if (frml || !at.IsMatrix()) return;
     readers_.reserve(static_cast<std::size_t>(fields));
     for (std::int32_t f = 1; f <= fields; ++f) {
       const auto field = static_cast<std::int16_t>(f);
-      const std::int16_t own = at.IsView() ? storage.ports.filters->GetCashFld(at.filter, field) : field;
+      const std::int16_t own =
+          at.IsView() ? storage.ports.filters->GetCashFld(at.filter, field) : field;
       const std::int32_t descriptor = storage.fields.GetFieldPos(at.position, own, *at.file);
       if (descriptor < 1) platform::Raise(platform::RunTimeError::kSubscript);
       readers_.emplace_back(*at.file, at.position, descriptor, &storage.types);
@@ -36,7 +38,8 @@ class BlockReader {
     if (readers_.empty() || record < 1) {
       bool isMtx = false;
       if (!frml_) return storage_.cells.ReadCell(at_, record, static_cast<std::int16_t>(f), isMtx);
-      return storage_.cells.SvrGetCellValue(pth_, record, static_cast<std::int16_t>(f), isMtx, true);
+      return storage_.cells.SvrGetCellValue(pth_, record, static_cast<std::int16_t>(f), isMtx,
+                                            true);
     }
     return readers_[static_cast<std::size_t>(f - 1)].Read(storage_.UnderlyingRecord(at_, record));
   }
@@ -49,8 +52,8 @@ class BlockReader {
   std::vector<FieldReader> readers_;
 };
 
-void Fill(Storage& storage, TextMatrix& m, const std::wstring& pth, const Location& at, std::int32_t r1,
-          std::int32_t& r2, bool frml) {
+void Fill(Storage& storage, TextMatrix& m, const std::wstring& pth, const Location& at,
+          std::int32_t r1, std::int32_t& r2, bool frml) {
   const std::int32_t records = storage.RecordCount(at);
   const std::int32_t fields = storage.FieldCount(at);
   BlockReader reader(storage, pth, at, fields, frml);

@@ -30,8 +30,8 @@ std::uint16_t Unsigned16At(const File& file, std::int64_t offset) {
   return static_cast<std::uint16_t>(file.Int16At(At(offset)));
 }
 
-/// Code page 866 to 1251: the Russian capital and small letters are moved, everything else, Ё and ё included,
-/// stays.
+/// Code page 866 to 1251: the Russian capital and small letters are moved, everything else, Ё and ё
+/// included, stays.
 constexpr std::array<char, 256> MakeConversion() {
   std::array<char, 256> table{};
   for (int c = 0; c < 256; ++c) {
@@ -63,7 +63,8 @@ std::int64_t CellPosition(const File& file, std::int32_t r, std::int16_t f) {
   return At(offset);
 }
 
-/// The bytes of the range; another program may have lengthened the file since it was last looked at.
+/// The bytes of the range; another program may have lengthened the file since it was last looked
+/// at.
 std::string_view Bytes(File& file, std::int64_t position, std::int64_t count) {
   if (!file.Contains(position, count)) file.RefreshLength();
   return file.View(position, count);
@@ -78,7 +79,9 @@ std::int16_t DbaseTables::FieldCount(File& file) const {
                                    kDescriptorBytes);
 }
 
-std::int16_t DbaseTables::FieldWidth(File& file, std::int16_t f) const { return WidthByte(file, f); }
+std::int16_t DbaseTables::FieldWidth(File& file, std::int16_t f) const {
+  return WidthByte(file, f);
+}
 
 std::string DbaseTables::FieldName(File& file, std::int16_t f) const {
   const std::string_view bytes = Bytes(file, At(kDescriptorBytes * f), kNameBytes);

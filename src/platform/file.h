@@ -20,13 +20,13 @@ class FileMemory {
   virtual ~FileMemory() = default;
 };
 
-/// An open file. Position 1 is its first byte. Reading is reading memory and writing is storing into it,
-/// so what a call has written survives the death of the process; the file grows in steps and is cut to
-/// its true length when it is closed. Integers are little-endian.
+/// An open file. Position 1 is its first byte. Reading is reading memory and writing is storing
+/// into it, so what a call has written survives the death of the process; the file grows in steps
+/// and is cut to its true length when it is closed. Integers are little-endian.
 ///
-/// Reading never fails: bytes that the file does not have read as zeros, or are missing from a view.
-/// Writing below position 1 raises 9; growing beyond position 2147483647 raises 6 and a full disk 61,
-/// both before a byte is written.
+/// Reading never fails: bytes that the file does not have read as zeros, or are missing from a
+/// view. Writing below position 1 raises 9; growing beyond position 2147483647 raises 6 and a full
+/// disk 61, both before a byte is written.
 class File {
  public:
   explicit File(std::unique_ptr<Mapping> mapping);
@@ -58,8 +58,8 @@ class File {
     return view.data() >= base_ && view.data() <= base_ + length_;
   }
 
-  /// Stores the bytes; a gap between the file's end and `position` is filled with zeros. The bytes may be
-  /// a view of this file.
+  /// Stores the bytes; a gap between the file's end and `position` is filled with zeros. The bytes
+  /// may be a view of this file.
   void Write(std::int64_t position, std::string_view bytes);
   void WriteByte(std::int64_t position, std::uint8_t value) { WriteInteger(position, value); }
   void WriteInt16(std::int64_t position, std::int16_t value) { WriteInteger(position, value); }
@@ -117,7 +117,8 @@ class NumberedFiles {
  public:
   static constexpr int kCreation = 255;
 
-  /// Opens the file under a number, creating it when it is missing. A number still open is closed first.
+  /// Opens the file under a number, creating it when it is missing. A number still open is closed
+  /// first.
   File& Open(int number, const std::wstring& path);
   /// Opens the private scratch file under number 255.
   File& OpenScratch();
@@ -131,8 +132,8 @@ class NumberedFiles {
   }
   /// Closes a number; harmless when it is not open.
   void Close(int number) { files_[static_cast<std::size_t>(number)].reset(); }
-  /// Closes a number, but keeps the file object alive for the operation that may still be reading it, until
-  /// `ReleaseRetired`.
+  /// Closes a number, but keeps the file object alive for the operation that may still be reading
+  /// it, until `ReleaseRetired`.
   void Retire(int number);
   void ReleaseRetired() { retired_.clear(); }
   /// Closes every number that is open on this file.

@@ -17,8 +17,8 @@ bool FileExists(const std::wstring& path);
 std::optional<FileIdentity> IdentityOf(const std::wstring& path);
 /// Deletes the file; raises the run-time error of the failure.
 void DeleteFile(const std::wstring& path);
-/// The spelling under which the file exists: the name itself, else the first name that differs in letter
-/// case only, directory by directory, else the name itself again.
+/// The spelling under which the file exists: the name itself, else the first name that differs in
+/// letter case only, directory by directory, else the name itself again.
 std::wstring ExistingSpelling(const std::wstring& path);
 
 }  // namespace orv::platform

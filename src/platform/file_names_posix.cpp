@@ -1,8 +1,8 @@
-#include <sys/stat.h>
-#include <unistd.h>
-
 #include <filesystem>
 #include <system_error>
+
+#include <sys/stat.h>
+#include <unistd.h>
 
 #include "platform/code_page.h"
 #include "platform/file_names.h"
@@ -83,8 +83,9 @@ std::wstring ExistingSpelling(const std::wstring& path) {
     std::filesystem::path found;
     for (const auto& part : asked) {
       const auto next = found / part;
-      found = std::filesystem::exists(next) ? next
-                                            : found / MatchingEntry(found.empty() ? "." : found, part);
+      found = std::filesystem::exists(next)
+                  ? next
+                  : found / MatchingEntry(found.empty() ? "." : found, part);
     }
     return std::filesystem::exists(found) ? found.wstring() : path;
   } catch (const std::filesystem::filesystem_error&) {

@@ -35,13 +35,14 @@ class Mapping {
   virtual FileIdentity Identity() const = 0;
   /// Asks the operating system for the file's length: another program may have changed it.
   virtual void Refresh() = 0;
-  /// Makes the file `size` bytes long with its disk blocks reserved; the new bytes are zero. After a
-  /// failure (disk full: 61) the file is as it was.
+  /// Makes the file `size` bytes long with its disk blocks reserved; the new bytes are zero. After
+  /// a failure (disk full: 61) the file is as it was.
   virtual void Extend(std::int64_t size) = 0;
-  /// Cuts the file to `size` bytes. Never fails: a file that cannot be cut keeps zero bytes at its end.
+  /// Cuts the file to `size` bytes. Never fails: a file that cannot be cut keeps zero bytes at its
+  /// end.
   virtual void Trim(std::int64_t size) noexcept = 0;
-  /// Whether an access met a page that the file does not have any more (another program cut it short)
-  /// or that could not be read. Such a page reads as zeros and keeps nothing.
+  /// Whether an access met a page that the file does not have any more (another program cut it
+  /// short) or that could not be read. Such a page reads as zeros and keeps nothing.
   virtual bool Faulted() const noexcept = 0;
 
  protected:

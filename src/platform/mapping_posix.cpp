@@ -1,21 +1,23 @@
 // The POSIX file mapping.
 //
-// Every file is mapped once, over the full range that the format can address: pages behind the file's
-// end are not touched, and when the file grows they are simply there. The base therefore never moves.
+// Every file is mapped once, over the full range that the format can address: pages behind the
+// file's end are not touched, and when the file grows they are simply there. The base therefore
+// never moves.
 //
-// A page that another program cut off raises SIGBUS when it is touched. A handler in front of the host's
-// own puts a zero page there and marks the mapping; any other fault goes on to the host's handler.
-#include <fcntl.h>
-#include <signal.h>
-#include <sys/mman.h>
-#include <sys/stat.h>
-#include <unistd.h>
-
+// A page that another program cut off raises SIGBUS when it is touched. A handler in front of the
+// host's own puts a zero page there and marks the mapping; any other fault goes on to the host's
+// handler.
 #include <algorithm>
 #include <array>
 #include <atomic>
 #include <cerrno>
 #include <filesystem>
+
+#include <fcntl.h>
+#include <signal.h>
+#include <sys/mman.h>
+#include <sys/stat.h>
+#include <unistd.h>
 
 #include "platform/file_names.h"
 #include "platform/mapping.h"
@@ -55,7 +57,8 @@ void PassOn(int signal, siginfo_t* info, void* context) {
     hostHandler.sa_handler(signal);
     return;
   }
-  sigaction(signal, &hostHandler, nullptr);  // the instruction faults again, with the default effect
+  sigaction(signal, &hostHandler,
+            nullptr);  // the instruction faults again, with the default effect
 }
 
 void OnBusError(int signal, siginfo_t* info, void* context) {
@@ -126,8 +129,8 @@ class PosixMapping final : public Mapping {
  public:
   explicit PosixMapping(int descriptor) : file_(descriptor) {
     Refresh();
-    void* base =
-        mmap(nullptr, kMapBytes, PROT_READ | PROT_WRITE, MAP_SHARED | MAP_NORESERVE, file_.number(), 0);
+    void* base = mmap(nullptr, kMapBytes, PROT_READ | PROT_WRITE, MAP_SHARED | MAP_NORESERVE,
+                      file_.number(), 0);
     if (base == MAP_FAILED) RaiseOsError();
     base_ = static_cast<char*>(base);
     try {

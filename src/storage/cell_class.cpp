@@ -15,14 +15,15 @@ namespace {
 
 constexpr std::int32_t kRefusedRecord = -1;
 constexpr std::int32_t kBeyondView = -1;
-/// The two texts differ deliberately: angle brackets for the refused record, square ones beyond a view.
+/// The two texts differ deliberately: angle brackets for the refused record, square ones beyond a
+/// view.
 constexpr std::string_view kRefusedText = "<Error=20>";
 constexpr std::string_view kBeyondViewText = "[Error=20]";
 
 }  // namespace
 
-std::string_view CellClass::SvrGetCellValue(const std::wstring& p, std::int32_t rec, std::int16_t fld,
-                                            bool& isMtx, bool frml) {
+std::string_view CellClass::SvrGetCellValue(const std::wstring& p, std::int32_t rec,
+                                            std::int16_t fld, bool& isMtx, bool frml) {
   error_.Clear();
   isMtx = false;
   if (rec == kRefusedRecord) {
@@ -42,7 +43,8 @@ std::string_view CellClass::SvrGetCellValue(const std::wstring& p, std::int32_t 
   if (!frml || at.IsDbase() || ports_.formulas == nullptr) return text;
   // The formula may read other cells through this very service, so it gets a text of its own.
   const std::string own(text);
-  std::string result = ports_.formulas->EvaluateFormula(p, rec, fld, DecodeCellCode(code_).type, own);
+  std::string result =
+      ports_.formulas->EvaluateFormula(p, rec, fld, DecodeCellCode(code_).type, own);
   buffer_ = std::move(result);
   return buffer_;
 }
@@ -58,7 +60,8 @@ bool CellClass::MapToUnderlying(const Location& at, std::int32_t& rec, std::int1
   return false;
 }
 
-std::string_view CellClass::ReadCell(const Location& at, std::int32_t rec, std::int16_t fld, bool& isMtx) {
+std::string_view CellClass::ReadCell(const Location& at, std::int32_t rec, std::int16_t fld,
+                                     bool& isMtx) {
   isMtx = false;
   if (!MapToUnderlying(at, rec, fld)) return kBeyondViewText;
   return ReadUnderlying(at, rec, fld, isMtx);
@@ -127,7 +130,8 @@ void CellClass::SvrSetCellValue(std::string_view v, const std::wstring& p, std::
   if (at.throughProperties) types_.Clear();
 }
 
-std::int32_t CellClass::FindNestedMatrix(std::int32_t matrix, std::int32_t r, std::int16_t f, File& file) {
+std::int32_t CellClass::FindNestedMatrix(std::int32_t matrix, std::int32_t r, std::int16_t f,
+                                         File& file) {
   const std::int32_t descriptor = fields_.GetFieldPos(matrix, f, file);
   if (descriptor < 1 || StyleOf(descriptor, file).freeSize != free_size::kFree) return 0;
   FieldReader reader(file, matrix, descriptor, nullptr);

@@ -5,8 +5,8 @@
 #include <string>
 #include <string_view>
 
-#include "storage/field_class.h"
 #include "storage/cell_code.h"
+#include "storage/field_class.h"
 #include "storage/path_resolver.h"
 #include "storage/type_tables.h"
 
@@ -19,16 +19,19 @@ class CellClass final : public CellFinder {
             ErrorCode& error)
       : resolver_(resolver), fields_(fields), types_(types), ports_(ports), error_(error) {}
 
-  /// The text of cell (`rec`, `fld`) of the matrix or view, with `frml` as its type's formula gives it; records
-  /// below 1 read the field's name. `isMtx` receives whether the cell holds a matrix. Record -1 sets 20 and
-  /// gives "<Error=20>", a record beyond a view 20 and "[Error=20]"; other failures raise or leave their code
-  /// and give the empty text. The view is good until the next call.
-  std::string_view SvrGetCellValue(const std::wstring& p, std::int32_t rec, std::int16_t fld, bool& isMtx,
-                                   bool frml);
+  /// The text of cell (`rec`, `fld`) of the matrix or view, with `frml` as its type's formula gives
+  /// it; records below 1 read the field's name. `isMtx` receives whether the cell holds a matrix.
+  /// Record -1 sets 20 and gives "<Error=20>", a record beyond a view 20 and "[Error=20]"; other
+  /// failures raise or leave their code and give the empty text. The view is good until the next
+  /// call.
+  std::string_view SvrGetCellValue(const std::wstring& p, std::int32_t rec, std::int16_t fld,
+                                   bool& isMtx, bool frml);
 
-  /// Writes the text into cell (`rec`, `fld`) by the field's style. Record -1 sets 20, other records below 1
-  /// name the field, a record beyond the matrix 9. After an error nothing was written.
-  void SvrSetCellValue(std::string_view v, const std::wstring& p, std::int32_t rec, std::int16_t fld);
+  /// Writes the text into cell (`rec`, `fld`) by the field's style. Record -1 sets 20, other
+  /// records below 1 name the field, a record beyond the matrix 9. After an error nothing was
+  /// written.
+  void SvrSetCellValue(std::string_view v, const std::wstring& p, std::int32_t rec,
+                       std::int16_t fld);
 
   /// The same read by location, without formula: record 0 or below is the name.
   std::string_view ReadCell(const Location& at, std::int32_t rec, std::int16_t fld, bool& isMtx);
@@ -43,7 +46,8 @@ class CellClass final : public CellFinder {
 
  private:
   bool MapToUnderlying(const Location& at, std::int32_t& rec, std::int16_t& fld);
-  std::string_view ReadUnderlying(const Location& at, std::int32_t rec, std::int16_t fld, bool& isMtx);
+  std::string_view ReadUnderlying(const Location& at, std::int32_t rec, std::int16_t fld,
+                                  bool& isMtx);
   std::int32_t DescriptorOf(const Location& at, std::int16_t fld);
 
   PathResolver& resolver_;

@@ -23,7 +23,8 @@ constexpr std::int16_t EncodeCellCode(CellCode code) {
 constexpr CellCode DecodeCellCode(std::int16_t word) {
   const int size = word < 0 ? -int{word} : int{word};
   const bool longForm = size >= layout::cell::kLongForm;
-  return {static_cast<std::int16_t>(longForm ? size - layout::cell::kLongForm : size), longForm, word < 0};
+  return {static_cast<std::int16_t>(longForm ? size - layout::cell::kLongForm : size), longForm,
+          word < 0};
 }
 
 /// The width of the length fields of a cell's text: 4 for the long form and for matrices, else 1.

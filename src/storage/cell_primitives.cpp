@@ -35,8 +35,10 @@ std::int64_t FixedEntry(std::int32_t rec, std::int32_t writePos, File& nm, std::
   return run.position;
 }
 
-/// The long form over the short cell, in the order that stores the old end of file in the pointer slot.
-void SwitchToLongForm(std::int32_t p, std::int16_t& tp, std::string_view text, File& nm, std::int32_t ep) {
+/// The long form over the short cell, in the order that stores the old end of file in the pointer
+/// slot.
+void SwitchToLongForm(std::int32_t p, std::int16_t& tp, std::string_view text, File& nm,
+                      std::int32_t ep) {
   tp = layout::cell::kPlainLong;
   const std::int32_t end = EndOfFile(nm);
   std::string bytes;
@@ -46,9 +48,11 @@ void SwitchToLongForm(std::int32_t p, std::int16_t& tp, std::string_view text, F
   nm.WriteInt32(ep, end);
 }
 
-void CreateCell(std::int32_t& p, std::int16_t& tp, std::string_view text, File& nm, std::int32_t ep) {
+void CreateCell(std::int32_t& p, std::int16_t& tp, std::string_view text, File& nm,
+                std::int32_t ep) {
   if (tp == 0) {
-    tp = text.size() < layout::cell::kShortTextLimit ? layout::cell::kPlainType : layout::cell::kPlainLong;
+    tp = text.size() < layout::cell::kShortTextLimit ? layout::cell::kPlainType
+                                                     : layout::cell::kPlainLong;
   }
   p = EndOfFile(nm);
   std::string bytes;
@@ -60,7 +64,8 @@ void CreateCell(std::int32_t& p, std::int16_t& tp, std::string_view text, File& 
 
 }  // namespace
 
-std::int32_t GetCellPos(std::int32_t p, std::int32_t r, File& nm, std::int32_t& ep, ErrorCode& error) {
+std::int32_t GetCellPos(std::int32_t p, std::int32_t r, File& nm, std::int32_t& ep,
+                        ErrorCode& error) {
   if (p < 1) {
     error.Set(code::kBadArgument);
     return 0;
@@ -80,7 +85,8 @@ std::string_view GetCell(std::int32_t p, const File& nm, std::int16_t& tp, std::
   return ReadChainedText(nm, text, LengthBytes(tp), buffer);
 }
 
-void PutCell(std::int32_t& p, std::int16_t& tp, std::string_view cellValue, File& nm, std::int32_t ep) {
+void PutCell(std::int32_t& p, std::int16_t& tp, std::string_view cellValue, File& nm,
+             std::int32_t ep) {
   if (p == 0 && (tp >= 0)) {
     const bool tooLong = tp != 0 && cellValue.size() >= layout::cell::kShortTextLimit &&
                          LengthBytes(tp) == layout::kShortLengthBytes;
@@ -94,7 +100,8 @@ void PutCell(std::int32_t& p, std::int16_t& tp, std::string_view cellValue, File
   } else {
     tp = nm.Int16At(p);
   }
-  if (cellValue.size() >= layout::cell::kShortTextLimit && !DecodeCellCode(tp).longForm && tp >= 0) {
+  if (cellValue.size() >= layout::cell::kShortTextLimit && !DecodeCellCode(tp).longForm &&
+      tp >= 0) {
     return SwitchToLongForm(p, tp, cellValue, nm, ep);
   }
   const std::int64_t inCell = std::int64_t{p} + layout::cell::kText;
@@ -119,7 +126,8 @@ void SetFixedData(std::int32_t rec, std::int32_t writePos, File& nm, std::int16_
   if (fldType == kIntType && cellSize == 2) {
     const std::int32_t number = RoundedNumber(vlu);
     if (number < INT16_MIN) Raise(RunTimeError::kOverflow);
-    nm.WriteInt16(position, number < kInt16End ? static_cast<std::int16_t>(number) : kTooGreatForInt16);
+    nm.WriteInt16(position,
+                  number < kInt16End ? static_cast<std::int16_t>(number) : kTooGreatForInt16);
   } else if (fldType == kIntType && cellSize == 4) {
     nm.WriteInt32(position, RoundedNumber(vlu));
   } else {

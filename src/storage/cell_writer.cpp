@@ -24,7 +24,8 @@ void CellWriter::WriteName(std::int32_t descriptor, std::string_view text) {
                    LengthBytes(word));
 }
 
-void CellWriter::Write(std::int32_t descriptor, std::int32_t r, std::int16_t f, std::string_view text) {
+void CellWriter::Write(std::int32_t descriptor, std::int32_t r, std::int16_t f,
+                       std::string_view text) {
   const std::int32_t records = ContainerRecordCount(file_, matrix_);
   if (r < 1 || r > records) Raise(RunTimeError::kSubscript);
   const FieldStyle style = StyleOf(descriptor, file_);
@@ -40,7 +41,8 @@ void CellWriter::Write(std::int32_t descriptor, std::int32_t r, std::int16_t f, 
   }
 }
 
-void CellWriter::WriteFree(std::int32_t descriptor, std::int32_t r, std::int16_t f, std::string_view text) {
+void CellWriter::WriteFree(std::int32_t descriptor, std::int32_t r, std::int16_t f,
+                           std::string_view text) {
   if (FindChainRun(file_, file_.Int32At(descriptor), r, layout::kPointerBytes).count == 0) {
     if (text.empty()) return;
     MakeRoom(matrix_, descriptor, ContainerRecordCount(file_, matrix_), file_, types_);

@@ -19,14 +19,15 @@ class CellWriter {
   /// Names the field: the name stays in its form, a long one continues in further pieces.
   void WriteName(std::int32_t descriptor, std::string_view text);
 
-  /// Writes record `r`'s cell of field `f` (whose descriptor is given), giving the field's data room first. A
-  /// record outside the matrix raises 9. A value that the style cannot hold leaves its code; after any error
-  /// the cell is as it was.
+  /// Writes record `r`'s cell of field `f` (whose descriptor is given), giving the field's data
+  /// room first. A record outside the matrix raises 9. A value that the style cannot hold leaves
+  /// its code; after any error the cell is as it was.
   void Write(std::int32_t descriptor, std::int32_t r, std::int16_t f, std::string_view text);
 
  private:
   void WriteFree(std::int32_t descriptor, std::int32_t r, std::int16_t f, std::string_view text);
-  void WriteFixed(std::int32_t descriptor, std::int32_t r, const FieldStyle& style, std::string_view text);
+  void WriteFixed(std::int32_t descriptor, std::int32_t r, const FieldStyle& style,
+                  std::string_view text);
 
   platform::File& file_;
   std::int32_t matrix_;

@@ -23,7 +23,8 @@ std::int64_t EntryPosition(const ChainBlocks::Block& block, std::int64_t k, std:
 ChainBlocks::Block FindBlock(File& file, std::int32_t start, std::int64_t k, std::int32_t w) {
   if (w < 1) Raise(RunTimeError::kSubscript);
   const std::int64_t count = file.Int32At(start);
-  // The first block needs no directory: it is the whole array of every table that was loaded at once.
+  // The first block needs no directory: it is the whole array of every table that was loaded at
+  // once.
   if (k >= 1 && k <= count && file.Contains(start, kChainHeadBytes + count * w + kPointerBytes)) {
     return {start, 1, count};
   }
@@ -41,8 +42,10 @@ ChainEntry EntryAt(const File& file, std::int64_t position, std::int32_t w) {
   return entry;
 }
 
-/// Appends a block that ends with entry `k` behind the last block; returns the entry's position less 4.
-std::int32_t AppendBlock(File& file, const ChainBlocks::Block& last, std::int64_t k, std::int32_t w) {
+/// Appends a block that ends with entry `k` behind the last block; returns the entry's position
+/// less 4.
+std::int32_t AppendBlock(File& file, const ChainBlocks::Block& last, std::int64_t k,
+                         std::int32_t w) {
   const std::int64_t count = k - (last.first - 1 + last.count);
   const std::int32_t block = AppendChainBlock(file, count, w);
   file.WriteInt32(EntryPosition(last, last.first + last.count, w), block);
@@ -64,7 +67,8 @@ std::int32_t AppendChainBlock(File& file, std::int64_t count, std::int32_t w) {
   return block;
 }
 
-ChainEntry ReadChainEntry(File& file, std::int32_t start, std::int64_t k, std::int32_t w, bool mayGrow) {
+ChainEntry ReadChainEntry(File& file, std::int32_t start, std::int64_t k, std::int32_t w,
+                          bool mayGrow) {
   if (start == 0) return {};
   const ChainBlocks::Block block = FindBlock(file, start, k, w);
   if (Holds(block, k)) return EntryAt(file, EntryPosition(block, k, w), w);
@@ -98,8 +102,8 @@ void MoveChainEntries(File& file, std::int32_t start, std::int64_t from, std::in
     const ChainBlocks::Block source = FindBlock(file, start, last, w);
     const ChainBlocks::Block target = FindBlock(file, start, last + distance, w);
     if (!Holds(source, last) || !Holds(target, last + distance)) Raise(RunTimeError::kSubscript);
-    const std::int64_t run = std::min(
-        {count, last - source.first + 1, last + distance - target.first + 1});
+    const std::int64_t run =
+        std::min({count, last - source.first + 1, last + distance - target.first + 1});
     file.Move(EntryPosition(source, last - run + 1, w),
               EntryPosition(target, last + distance - run + 1, w), run * w);
     count -= run;

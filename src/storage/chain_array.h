@@ -1,9 +1,9 @@
 // Chain arrays: growable arrays of fixed-width entries, kept as a linked list of blocks.
 //
-// A block is an int32 entry count n, n entries of w bytes, and the int32 position of the next block.
-// Blocks never move or change size, they only gain a successor; so a directory in memory of the blocks
-// seen so far stays true, and an entry behind 100,000 single-entry blocks costs no more than one in the
-// first block.
+// A block is an int32 entry count n, n entries of w bytes, and the int32 position of the next
+// block. Blocks never move or change size, they only gain a successor; so a directory in memory of
+// the blocks seen so far stays true, and an entry behind 100,000 single-entry blocks costs no more
+// than one in the first block.
 #pragma once
 
 #include <cstdint>
@@ -24,17 +24,17 @@ struct ChainRun {
   std::int64_t count = 0;     ///< entries from there to the end of the block
 };
 
-/// Locates entry `k` (from 1) of the array at `start` with entry width `w`. A start of 0 gives zeros.
-/// An array that is too short is grown to `k` entries when `mayGrow` is true, otherwise 9 is raised; so
-/// it is for a chain that loops or leads outside the file.
+/// Locates entry `k` (from 1) of the array at `start` with entry width `w`. A start of 0 gives
+/// zeros. An array that is too short is grown to `k` entries when `mayGrow` is true, otherwise 9 is
+/// raised; so it is for a chain that loops or leads outside the file.
 ///
-/// After a growth the position reported is 4 bytes short of the entry. Callers grow with one call and
-/// locate with another.
+/// After a growth the position reported is 4 bytes short of the entry. Callers grow with one call
+/// and locate with another.
 ChainEntry ReadChainEntry(platform::File& file, std::int32_t start, std::int64_t k, std::int32_t w,
                           bool mayGrow);
 
-/// Entry `k` and its neighbours up to the end of its block; a count of 0 when the array has no entry `k`.
-/// Raises 9 for a damaged chain.
+/// Entry `k` and its neighbours up to the end of its block; a count of 0 when the array has no
+/// entry `k`. Raises 9 for a damaged chain.
 ChainRun FindChainRun(platform::File& file, std::int32_t start, std::int64_t k, std::int32_t w);
 
 /// How many entries the array has, 0 for a start of 0. Raises 9 for a damaged chain.
@@ -43,16 +43,17 @@ std::int64_t ChainLength(platform::File& file, std::int32_t start, std::int32_t 
 /// Makes the array hold at least `count` entries; does nothing when it does already.
 void GrowChain(platform::File& file, std::int32_t start, std::int64_t count, std::int32_t w);
 
-/// Appends a block of `count` zero entries at the end of the file and returns its position; nothing refers
-/// to it yet.
+/// Appends a block of `count` zero entries at the end of the file and returns its position; nothing
+/// refers to it yet.
 std::int32_t AppendChainBlock(platform::File& file, std::int64_t count, std::int32_t w);
 
-/// Moves entries `from` to `from + count - 1` up by `distance` entries, the highest first. All entries
-/// concerned must exist.
-void MoveChainEntries(platform::File& file, std::int32_t start, std::int64_t from, std::int64_t count,
-                      std::int64_t distance, std::int32_t w);
+/// Moves entries `from` to `from + count - 1` up by `distance` entries, the highest first. All
+/// entries concerned must exist.
+void MoveChainEntries(platform::File& file, std::int32_t start, std::int64_t from,
+                      std::int64_t count, std::int64_t distance, std::int32_t w);
 
-/// The position behind the file's last byte, where new structures go. Raises 6 when no position is left.
+/// The position behind the file's last byte, where new structures go. Raises 6 when no position is
+/// left.
 std::int32_t EndOfFile(const platform::File& file);
 
 }  // namespace orv::storage

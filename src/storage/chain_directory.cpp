@@ -49,15 +49,17 @@ void ChainBlocks::Append(const File& file, std::int32_t position, std::int64_t b
   firsts_.push_back(static_cast<std::int32_t>(before));
 }
 
-/// The last block that begins at or before entry `k`. Chains that grew by equal steps, the usual ones, are
-/// found by the first guess, which assumes that entries are spread evenly over the blocks.
+/// The last block that begins at or before entry `k`. Chains that grew by equal steps, the usual
+/// ones, are found by the first guess, which assumes that entries are spread evenly over the
+/// blocks.
 std::size_t ChainBlocks::IndexOf(std::int64_t k) const {
   const std::size_t last = firsts_.size() - 1;
   const auto entries = static_cast<std::size_t>(std::max(firsts_[last], 1));
   const std::size_t index = std::min(static_cast<std::size_t>(k - 1) * last / entries, last);
   if (First(index) <= k && (index == last || k < First(index + 1))) return index;
-  const auto behind = std::upper_bound(firsts_.begin(), firsts_.end(), k - 1,
-                                       [](std::int64_t wanted, std::int32_t before) { return wanted < before; });
+  const auto behind =
+      std::upper_bound(firsts_.begin(), firsts_.end(), k - 1,
+                       [](std::int64_t wanted, std::int32_t before) { return wanted < before; });
   return static_cast<std::size_t>(behind - firsts_.begin()) - 1;
 }
 

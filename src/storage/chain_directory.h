@@ -19,10 +19,11 @@ class ChainBlocks {
     std::int64_t count = 0;
   };
 
-  ChainBlocks(std::int32_t start, std::int32_t entryBytes) : start_(start), entryBytes_(entryBytes) {}
+  ChainBlocks(std::int32_t start, std::int32_t entryBytes)
+      : start_(start), entryBytes_(entryBytes) {}
 
-  /// The block that holds entry `k`, or the last block when there is no such entry. Raises 9 when the chain
-  /// loops or a block does not lie inside the file.
+  /// The block that holds entry `k`, or the last block when there is no such entry. Raises 9 when
+  /// the chain loops or a block does not lie inside the file.
   Block Find(const platform::File& file, std::int64_t k);
 
  private:
@@ -37,11 +38,11 @@ class ChainBlocks {
   std::int32_t entryBytes_;
   std::vector<std::int32_t> positions_;
   std::vector<std::int32_t> firsts_;  ///< entries in front of the block
-  std::int64_t bytes_ = 0;            ///< of all known blocks together: a chain longer than its file loops
+  std::int64_t bytes_ = 0;  ///< of all known blocks together: a chain longer than its file loops
 };
 
-/// How many entries the index blocks of dictionary fields have room for, by position; the file itself does
-/// not say it.
+/// How many entries the index blocks of dictionary fields have room for, by position; the file
+/// itself does not say it.
 using IndexRoom = std::unordered_map<std::int32_t, std::int64_t>;
 
 /// The directories of all chain arrays of one opening; lives in the file's memory.

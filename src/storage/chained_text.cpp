@@ -95,7 +95,8 @@ void ShrinkPiece(File& file, const Piece& piece, std::string_view text, int L) {
   file.Write(piece.textPosition - L, bytes);
 }
 
-/// Checks every piece that a rewriting with `length` bytes will touch, so that it is refused as a whole.
+/// Checks every piece that a rewriting with `length` bytes will touch, so that it is refused as a
+/// whole.
 void CheckPieces(const File& file, std::int32_t position, std::size_t length, int L) {
   PieceTrail trail;
   auto rest = static_cast<std::int64_t>(length);
@@ -109,7 +110,8 @@ void CheckPieces(const File& file, std::int32_t position, std::size_t length, in
 
 }  // namespace
 
-std::string_view ReadChainedText(const File& file, std::int32_t position, int L, std::string& buffer) {
+std::string_view ReadChainedText(const File& file, std::int32_t position, int L,
+                                 std::string& buffer) {
   if (position < 2) return {};
   std::int64_t length = LengthAt(file, position, L);
   if (!IsReadableLength(file, length)) return {};
@@ -138,7 +140,8 @@ std::int32_t WriteChainedText(File& file, std::int32_t position, std::string_vie
     return position;
   }
 
-  const std::string own(text);  // the text may be a view of the bytes that are about to be written over
+  const std::string own(
+      text);  // the text may be a view of the bytes that are about to be written over
   CheckPieces(file, position, own.size(), L);
   PieceTrail trail;
   std::string_view rest = own;

@@ -1,7 +1,7 @@
 // Chained texts: texts of any length that can be rewritten in place.
 //
-// A text is a list of pieces: a length of 1, 2 or 4 bytes, the piece's bytes, and the int32 position of
-// the next piece. The length doubles as the piece's capacity.
+// A text is a list of pieces: a length of 1, 2 or 4 bytes, the piece's bytes, and the int32
+// position of the next piece. The length doubles as the piece's capacity.
 #pragma once
 
 #include <cstdint>
@@ -12,22 +12,23 @@
 
 namespace orv::storage {
 
-/// The text at `position` with length width `L` (1, 2 or 4). A text of one piece is returned as a view of
-/// the file; any other is gathered in `buffer`. The view is good until the next write to the file or
-/// change of the buffer. Positions below 2 give the empty text. A damaged text (a length that does not fit
-/// the file, a chain that loops) ends where the damage begins.
+/// The text at `position` with length width `L` (1, 2 or 4). A text of one piece is returned as a
+/// view of the file; any other is gathered in `buffer`. The view is good until the next write to
+/// the file or change of the buffer. Positions below 2 give the empty text. A damaged text (a
+/// length that does not fit the file, a chain that loops) ends where the damage begins.
 std::string_view ReadChainedText(const platform::File& file, std::int32_t position, int L,
                                  std::string& buffer);
 
-/// Writes the text over the one at `position` and returns where it begins. Position 0 appends a new text at
-/// the end of the file; a position behind the end writes a new text there. A text that fits the present
-/// pieces shrinks the last piece it needs to its own length; a longer one gets a new piece at the end of the
-/// file, written before anything refers to it. Raises 9, with nothing written, when a present piece does
-/// not lie inside the file.
-std::int32_t WriteChainedText(platform::File& file, std::int32_t position, std::string_view text, int L);
+/// Writes the text over the one at `position` and returns where it begins. Position 0 appends a new
+/// text at the end of the file; a position behind the end writes a new text there. A text that fits
+/// the present pieces shrinks the last piece it needs to its own length; a longer one gets a new
+/// piece at the end of the file, written before anything refers to it. Raises 9, with nothing
+/// written, when a present piece does not lie inside the file.
+std::int32_t WriteChainedText(platform::File& file, std::int32_t position, std::string_view text,
+                              int L);
 
-/// Appends the bytes of a new text that will stand at `position`: one piece, or several where the length
-/// field cannot hold the whole length.
+/// Appends the bytes of a new text that will stand at `position`: one piece, or several where the
+/// length field cannot hold the whole length.
 void AppendTextPieces(std::string& bytes, std::int64_t position, std::string_view text, int L);
 
 }  // namespace orv::storage

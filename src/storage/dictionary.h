@@ -9,8 +9,8 @@
 
 namespace orv::storage {
 
-/// The index block of a dictionary field: one contiguous block whose count word means nothing (the first
-/// entry overlaps it), bounded by the record count and the file. Index 0 is the empty text.
+/// The index block of a dictionary field: one contiguous block whose count word means nothing (the
+/// first entry overlaps it), bounded by the record count and the file. Index 0 is the empty text.
 class DictionaryIndex {
  public:
   /// Bytes in front of the first entry.
@@ -32,7 +32,9 @@ class DictionaryIndex {
   std::int32_t width() const { return width_; }
 
   /// Whether the width is one that an index can have.
-  static bool IsWidth(std::int32_t width) { return width == 1 || width == 2 || width == 4 || width == 8; }
+  static bool IsWidth(std::int32_t width) {
+    return width == 1 || width == 2 || width == 4 || width == 8;
+  }
   /// The width that a conversion chooses for a number of distinct values.
   static std::int32_t WidthFor(std::int64_t distinct);
   /// The greatest index of a width.

@@ -66,7 +66,8 @@ std::int32_t DictionaryWriter::AddValue(std::int32_t dictionaryMatrix, std::stri
   return index;
 }
 
-void DictionaryWriter::AddToCount(std::int32_t dictionaryMatrix, std::int32_t index, std::int32_t change) {
+void DictionaryWriter::AddToCount(std::int32_t dictionaryMatrix, std::int32_t index,
+                                  std::int32_t change) {
   if (index < 1 || index > ContainerRecordCount(file_, dictionaryMatrix)) return;
   FieldReader counts(file_, dictionaryMatrix,
                      ValueFieldOf(file_, dictionaryMatrix, kDictionaryCountField), nullptr);
@@ -74,14 +75,14 @@ void DictionaryWriter::AddToCount(std::int32_t dictionaryMatrix, std::int32_t in
   WriteValueCell(dictionaryMatrix, index, kDictionaryCountField, NumberText(count));
 }
 
-void DictionaryWriter::WriteValueCell(std::int32_t dictionaryMatrix, std::int32_t index, std::int16_t f,
-                                      std::string_view text) {
+void DictionaryWriter::WriteValueCell(std::int32_t dictionaryMatrix, std::int32_t index,
+                                      std::int16_t f, std::string_view text) {
   const std::int32_t descriptor = ValueFieldOf(file_, dictionaryMatrix, f);
   CellWriter(file_, dictionaryMatrix, types_, error_).Write(descriptor, index, f, text);
 }
 
-/// The index rewritten with the next width that can hold `greatest`; descriptor and block change in one write
-/// after the new block stands.
+/// The index rewritten with the next width that can hold `greatest`; descriptor and block change in
+/// one write after the new block stands.
 DictionaryIndex DictionaryWriter::Widened(std::int32_t descriptor, const DictionaryIndex& index,
                                           std::int32_t greatest) {
   std::int32_t width = index.width();

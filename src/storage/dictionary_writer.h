@@ -11,8 +11,8 @@
 
 namespace orv::storage {
 
-/// Writes an index for a value: a value that the dictionary does not hold is added to it first, an index that
-/// outgrows its width is rewritten one width up, and the values' counts are kept true.
+/// Writes an index for a value: a value that the dictionary does not hold is added to it first, an
+/// index that outgrows its width is rewritten one width up, and the values' counts are kept true.
 class DictionaryWriter {
  public:
   DictionaryWriter(platform::File& file, std::int32_t matrix, TypeTables& types, ErrorCode& error)
@@ -27,7 +27,8 @@ class DictionaryWriter {
   void AddToCount(std::int32_t dictionaryMatrix, std::int32_t index, std::int32_t change);
   void WriteValueCell(std::int32_t dictionaryMatrix, std::int32_t index, std::int16_t f,
                       std::string_view text);
-  DictionaryIndex Widened(std::int32_t descriptor, const DictionaryIndex& index, std::int32_t greatest);
+  DictionaryIndex Widened(std::int32_t descriptor, const DictionaryIndex& index,
+                          std::int32_t greatest);
 
   platform::File& file_;
   std::int32_t matrix_;

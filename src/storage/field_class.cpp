@@ -82,7 +82,8 @@ std::int16_t FieldClass::GetFldTypeSub(std::int32_t p, std::int32_t r, File& nm)
   return cell < 1 ? std::int16_t{0} : nm.Int16At(cell);
 }
 
-void FieldClass::SvrCmdAddFields(const std::wstring& pth, std::int16_t numOfFields, std::int16_t f) {
+void FieldClass::SvrCmdAddFields(const std::wstring& pth, std::int16_t numOfFields,
+                                 std::int16_t f) {
   const Location at = resolver_.ResolvePath(pth);
   if (!CanChangeFields(at, error_) || numOfFields < 1) return;
   const std::int16_t n = GetNumFld(at.position, *at.file);
@@ -96,9 +97,10 @@ void FieldClass::SvrCmdAddFields(const std::wstring& pth, std::int16_t numOfFiel
   caches_.ResetCaches(4);
 }
 
-/// New fields `f` to `f + count - 1`. When `f` equals `n` nothing moves: field n's own descriptor is reset in
-/// place, and the slots that are then still empty get descriptors too.
-void FieldClass::InsertFields(const Location& at, std::int16_t n, std::int16_t count, std::int16_t f) {
+/// New fields `f` to `f + count - 1`. When `f` equals `n` nothing moves: field n's own descriptor
+/// is reset in place, and the slots that are then still empty get descriptors too.
+void FieldClass::InsertFields(const Location& at, std::int16_t n, std::int16_t count,
+                              std::int16_t f) {
   File& nm = *at.file;
   const auto total = static_cast<std::int16_t>(n + count);
   if (FieldTablePosition(nm, at.position) < 1) CreateFieldTable(nm, at.position, count);

@@ -17,7 +17,8 @@ namespace orv::storage {
 class CacheReset {
  public:
   virtual ~CacheReset() = default;
-  /// Level 2: the type-value cache; 3: field positions too; 4: the last path and the views' records too.
+  /// Level 2: the type-value cache; 3: field positions too; 4: the last path and the views' records
+  /// too.
   virtual void ResetCaches(int level) = 0;
 };
 
@@ -29,13 +30,13 @@ class FieldClass {
 
   /// Fields of the matrix at `p`, or of the dBASE table for -3.
   std::int16_t GetNumFld(std::int32_t p, platform::File& nm) const;
-  /// The position of field `f`'s descriptor, through a cache of 100 entries. Raises 9 for a field beyond the
-  /// table and for a matrix without one.
+  /// The position of field `f`'s descriptor, through a cache of 100 entries. Raises 9 for a field
+  /// beyond the table and for a matrix without one.
   std::int32_t GetFieldPos(std::int32_t pt, std::int16_t f, platform::File& nm);
   /// Resolves the path and fills the style of field `f`; leaves it alone after an error.
   void SvrGetFldStyle(const std::wstring& p, std::int16_t f, FieldStyle& style);
-  /// The cell code for record `r`: -2 the field's, 0 the title cell's, above 0 the cell's (0 for a record
-  /// without a cell; the field's for fixed and dictionary fields, whose data hold no cells).
+  /// The cell code for record `r`: -2 the field's, 0 the title cell's, above 0 the cell's (0 for a
+  /// record without a cell; the field's for fixed and dictionary fields, whose data hold no cells).
   static std::int16_t GetFldTypeSub(std::int32_t p, std::int32_t r, platform::File& nm);
 
   void SvrCmdAddFields(const std::wstring& pth, std::int16_t numOfFields, std::int16_t f);

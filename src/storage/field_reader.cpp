@@ -14,19 +14,21 @@ using platform::File;
 using platform::Raise;
 using platform::RunTimeError;
 
-FixedFormat FixedFormatOf(File& file, std::int32_t matrix, std::int32_t descriptor, const FieldStyle& style,
-                          TypeTables* types) {
+FixedFormat FixedFormatOf(File& file, std::int32_t matrix, std::int32_t descriptor,
+                          const FieldStyle& style, TypeTables* types) {
   FixedFormat format{style.cellSize, style.dataType, 0, false};
   if (types == nullptr) return format;
   const std::int16_t typeNumber = FieldTypeNumber(descriptor, file);
   const TypeProperty* type = types->Find(file, matrix, typeNumber, "type");
   format.intProperty = type != nullptr && type->text == kIntType;
   const TypeProperty* decimals = types->Find(file, matrix, typeNumber, "decimals");
-  if (decimals != nullptr) format.decimals = RoundToInt32(LeadingNumber(decimals->text)).value_or(0);
+  if (decimals != nullptr)
+    format.decimals = RoundToInt32(LeadingNumber(decimals->text)).value_or(0);
   return format;
 }
 
-FieldReader::FieldReader(File& file, std::int32_t matrix, std::int32_t descriptor, TypeTables* types)
+FieldReader::FieldReader(File& file, std::int32_t matrix, std::int32_t descriptor,
+                         TypeTables* types)
     : file_(file),
       types_(types),
       matrix_(matrix),
@@ -100,7 +102,8 @@ void FieldReader::OpenDictionary() {
   if (dictionary == nullptr || dictionary->matrix < 1) return;
   const std::int32_t values = FindFieldDescriptor(file_, dictionary->matrix, kDictionaryValueField);
   // The values' own types are not consulted: dictionaries could lead in circles.
-  if (values > 0) values_ = std::make_unique<FieldReader>(file_, dictionary->matrix, values, nullptr);
+  if (values > 0)
+    values_ = std::make_unique<FieldReader>(file_, dictionary->matrix, values, nullptr);
 }
 
 }  // namespace orv::storage

@@ -18,20 +18,21 @@ namespace orv::storage {
 FixedFormat FixedFormatOf(platform::File& file, std::int32_t matrix, std::int32_t descriptor,
                           const FieldStyle& style, TypeTables* types);
 
-/// Resolves style, data and type of a field once and then reads cells by record number. Good as long as the
-/// field keeps its style and data block: make one for a call or a scan, not longer.
+/// Resolves style, data and type of a field once and then reads cells by record number. Good as
+/// long as the field keeps its style and data block: make one for a call or a scan, not longer.
 class FieldReader {
  public:
   /// A field of a container matrix, by its descriptor's position (above 0).
   /// Without type tables no type property is consulted and a dictionary has no values.
-  FieldReader(platform::File& file, std::int32_t matrix, std::int32_t descriptor, TypeTables* types);
+  FieldReader(platform::File& file, std::int32_t matrix, std::int32_t descriptor,
+              TypeTables* types);
 
-  /// The text of record `r`'s cell, good until the next call or write; the title for a nested matrix; empty for
-  /// an empty cell and for a record beyond the field's data. A record below 1 or above the record count
-  /// raises 9.
+  /// The text of record `r`'s cell, good until the next call or write; the title for a nested
+  /// matrix; empty for an empty cell and for a record beyond the field's data. A record below 1 or
+  /// above the record count raises 9.
   std::string_view Read(std::int32_t r);
-  /// The code of the cell read last: negative for a nested matrix, 0 for an empty free cell, the field's own
-  /// code for fixed and dictionary fields.
+  /// The code of the cell read last: negative for a nested matrix, 0 for an empty free cell, the
+  /// field's own code for fixed and dictionary fields.
   std::int16_t code() const { return code_; }
   /// Position of the cell read last, 0 when it is empty or its style has no cells.
   std::int32_t cell() const { return cell_; }
@@ -64,9 +65,9 @@ class FieldReader {
   std::int16_t fieldCode_;
   std::int16_t code_ = 0;
   std::int32_t cell_ = 0;
-  FixedFormat format_;          ///< of a fixed field
-  ChainRun run_;                ///< the block read last
-  std::int64_t runFirst_ = 0;   ///< its first entry's number
+  FixedFormat format_;                   ///< of a fixed field
+  ChainRun run_;                         ///< the block read last
+  std::int64_t runFirst_ = 0;            ///< its first entry's number
   std::unique_ptr<FieldReader> values_;  ///< field 1 of the dictionary matrix
   bool dictionaryOpened_ = false;
   std::string buffer_;

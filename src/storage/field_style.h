@@ -34,7 +34,8 @@ struct FieldStyle {
   std::int16_t dataType = 0;
 };
 
-/// Decodes the style of the descriptor at `fldPos`. What no rule of the style code sets keeps its value.
+/// Decodes the style of the descriptor at `fldPos`. What no rule of the style code sets keeps its
+/// value.
 void GFStyle(std::int32_t fldPos, FieldStyle& style, const platform::File& nm);
 /// The style of a descriptor, with nothing set in advance.
 FieldStyle StyleOf(std::int32_t fldPos, const platform::File& nm);

@@ -58,7 +58,8 @@ std::string FixedCellText(std::string_view bytes, const FixedFormat& format) {
 }
 
 std::string FixedCellBytes(std::string_view text, const FixedFormat& format, ErrorCode& error) {
-  if (format.dataType == type::kInteger && format.cellSize == kInt32Bytes) return Int32Bytes(text, error);
+  if (format.dataType == type::kInteger && format.cellSize == kInt32Bytes)
+    return Int32Bytes(text, error);
   if (format.dataType != type::kInteger && format.dataType != type::kNumber) {
     return PaddedText(text, static_cast<std::size_t>(format.cellSize));
   }

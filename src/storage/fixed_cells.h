@@ -13,8 +13,9 @@ namespace orv::storage {
 /// The property "type" that makes a fixed-width cell an integer cell.
 inline constexpr std::string_view kIntType = "int";
 
-/// How the cells of a fixed-width field are to be understood: by the property "type" when it is "int", else by
-/// the descriptor's data type, for which numbers take their decimals from the property "decimals".
+/// How the cells of a fixed-width field are to be understood: by the property "type" when it is
+/// "int", else by the descriptor's data type, for which numbers take their decimals from the
+/// property "decimals".
 struct FixedFormat {
   std::int16_t cellSize = 0;
   std::int16_t dataType = 0;
@@ -25,15 +26,16 @@ struct FixedFormat {
   bool IsNumeric() const;
 };
 
-/// The text of a cell of type "int": one byte unsigned, two and four bytes signed; nothing for other sizes.
+/// The text of a cell of type "int": one byte unsigned, two and four bytes signed; nothing for
+/// other sizes.
 std::optional<std::string> IntCellText(std::string_view bytes);
 
 /// The text that a cell's bytes stand for.
 std::string FixedCellText(std::string_view bytes, const FixedFormat& format);
 
-/// The bytes of a cell for a text by the descriptor's data type: integers and numbers packed, integers of four
-/// bytes as int32, everything else padded with blanks. A value without an image sets the error code and
-/// gives the empty text.
+/// The bytes of a cell for a text by the descriptor's data type: integers and numbers packed,
+/// integers of four bytes as int32, everything else padded with blanks. A value without an image
+/// sets the error code and gives the empty text.
 std::string FixedCellBytes(std::string_view text, const FixedFormat& format, ErrorCode& error);
 
 }  // namespace orv::storage

@@ -16,14 +16,15 @@ inline constexpr Position kDbaseTable = -3;
 
 namespace file {
 inline constexpr std::uint8_t kFirstByte = 0x01;
-inline constexpr std::int64_t kRootPointer = 4;   ///< position of the int32 that names the root matrix
+inline constexpr std::int64_t kRootPointer =
+    4;  ///< position of the int32 that names the root matrix
 inline constexpr std::int64_t kMagicPosition = 8;
 inline constexpr std::string_view kMagic = "Pellox";
 /// The version and 31 bytes of credit; never read back.
 inline constexpr std::string_view kBanner = " v1.0 table engine, tables in tables";
 static_assert(kBanner.size() == 36);
-/// The root matrix stands this far behind the length of the header text: two bytes stay free between
-/// them, which every writer of the format keeps.
+/// The root matrix stands this far behind the length of the header text: two bytes stay free
+/// between them, which every writer of the format keeps.
 inline constexpr std::int32_t kRootGap = 3;
 inline constexpr std::uint8_t kDbaseFirstByte = 0x03;
 inline constexpr std::uint8_t kDbaseDigit = '0';

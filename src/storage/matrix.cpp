@@ -44,12 +44,13 @@ void CreateContainer(File& file, std::string_view title) {
   header.append(kMagic).append(kBanner);
   file.Write(1, header);
   const auto root = static_cast<std::int32_t>(header.size()) + kRootGap;
-  CreateMatrixHeader(file, root, layout::matrix::kPlainCode, title, layout::matrix::kHeaderWordValue);
+  CreateMatrixHeader(file, root, layout::matrix::kPlainCode, title,
+                     layout::matrix::kHeaderWordValue);
   file.WriteInt32(kRootPointer, root);
 }
 
-void CreateMatrixHeader(File& file, std::int32_t position, std::int16_t code, std::string_view title,
-                        std::int16_t headerWord) {
+void CreateMatrixHeader(File& file, std::int32_t position, std::int16_t code,
+                        std::string_view title, std::int16_t headerWord) {
   using namespace layout::matrix;
   const std::int64_t titlePosition = std::int64_t{position} + kHeaderBytes;
   if (titlePosition > platform::kGreatestLength) Raise(RunTimeError::kOverflow);
@@ -78,7 +79,8 @@ std::int32_t FieldTablePosition(const File& file, std::int32_t matrix) {
 
 std::int16_t ContainerFieldCount(const File& file, std::int32_t matrix) {
   const std::int32_t table = FieldTablePosition(file, matrix);
-  return table < 1 ? std::int16_t{0} : file.Int16At(std::int64_t{table} + layout::field_table::kFields);
+  return table < 1 ? std::int16_t{0}
+                   : file.Int16At(std::int64_t{table} + layout::field_table::kFields);
 }
 
 std::int32_t FieldChain(const File& file, std::int32_t matrix) {
@@ -98,8 +100,8 @@ void CreateFieldDescriptor(File& file, std::int32_t matrix, std::int16_t f, Erro
   }
   const std::int32_t table = FieldTablePosition(file, matrix);
   if (table < 1) Raise(RunTimeError::kInvalidCall);
-  const ChainEntry slot = ReadChainEntry(file, table + layout::field_table::kChain, f,
-                                         layout::kPointerBytes, false);
+  const ChainEntry slot =
+      ReadChainEntry(file, table + layout::field_table::kChain, f, layout::kPointerBytes, false);
   if (slot.value > 0) {
     if (!file.Contains(slot.value, layout::descriptor::kBytes)) Raise(RunTimeError::kSubscript);
     file.Write(slot.value, NewDescriptor());

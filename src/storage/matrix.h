@@ -31,13 +31,15 @@ std::int32_t FieldTablePosition(const platform::File& file, std::int32_t matrix)
 std::int16_t ContainerFieldCount(const platform::File& file, std::int32_t matrix);
 /// Start of the chain array of descriptor positions; raises 9 for a matrix without a field table.
 std::int32_t FieldChain(const platform::File& file, std::int32_t matrix);
-/// Position of field `f`'s descriptor, 0 when its slot is empty. Raises 9 for a field beyond the table.
+/// Position of field `f`'s descriptor, 0 when its slot is empty. Raises 9 for a field beyond the
+/// table.
 std::int32_t FindFieldDescriptor(platform::File& file, std::int32_t matrix, std::int16_t f);
 
-/// Writes a fresh descriptor for field `f`: appended when the field has none, else over the present one. A
-/// field number of 0 sets the error code 255 and writes nothing; a matrix without a field table raises 5, a
-/// field beyond the table 9.
-void CreateFieldDescriptor(platform::File& file, std::int32_t matrix, std::int16_t f, ErrorCode& error);
+/// Writes a fresh descriptor for field `f`: appended when the field has none, else over the present
+/// one. A field number of 0 sets the error code 255 and writes nothing; a matrix without a field
+/// table raises 5, a field beyond the table 9.
+void CreateFieldDescriptor(platform::File& file, std::int32_t matrix, std::int16_t f,
+                           ErrorCode& error);
 
 /// Records of a container matrix: 0 without a field table, -1 for matrix position 0.
 std::int32_t ContainerRecordCount(const platform::File& file, std::int32_t matrix);

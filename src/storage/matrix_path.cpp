@@ -52,7 +52,8 @@ std::optional<std::int32_t> PlainDecimal(std::wstring_view text) {
 template <typename Integer>
 Integer Rounded(double number) {
   const double whole = std::nearbyint(number);
-  if (!(whole >= std::numeric_limits<Integer>::min() && whole <= std::numeric_limits<Integer>::max())) {
+  if (!(whole >= std::numeric_limits<Integer>::min() &&
+        whole <= std::numeric_limits<Integer>::max())) {
     Raise(RunTimeError::kOverflow);
   }
   return static_cast<Integer>(whole);
@@ -61,7 +62,8 @@ Integer Rounded(double number) {
 /// Reads the steps behind the file part with a machine of four states.
 class StepReader {
  public:
-  StepReader(const std::wstring& path, std::size_t begin, SubscriptPort* subscripts, ErrorCode& error)
+  StepReader(const std::wstring& path, std::size_t begin, SubscriptPort* subscripts,
+             ErrorCode& error)
       : path_(path), begin_(begin), subscripts_(subscripts), error_(error) {}
 
   void Read(std::vector<PathStep>& steps) {
@@ -158,7 +160,8 @@ class StepReader {
       return 1;
     }
     const double number = subscripts_->ReadSubscript(gathered_, path_.substr(0, stepBegin_));
-    // The expression may have resolved paths of its own; what it left in the error code is not this path's.
+    // The expression may have resolved paths of its own; what it left in the error code is not this
+    // path's.
     error_.Clear();
     return number;
   }
@@ -177,8 +180,8 @@ class StepReader {
   std::int32_t record_ = 0;
 };
 
-/// The file name of a file part: quotes that enclose it are removed. Empty when there is none or a quote
-/// stands alone.
+/// The file name of a file part: quotes that enclose it are removed. Empty when there is none or a
+/// quote stands alone.
 std::wstring FileName(std::wstring_view part) {
   part = Trim(part);
   if (part.empty()) return {};

@@ -26,10 +26,11 @@ struct MatrixPath {
   std::vector<PathStep> steps;
 };
 
-/// Takes a path apart. Subscripts that are not plain decimal numbers are evaluated through `subscripts`, from
-/// left to right, in the context of the path before their step. A fault of the syntax, no file part or more
-/// than 32 steps leave error code 10; a record subscript below 1 leaves 20, a field subscript below 1 leaves
-/// 21; a number outside its type raises 6. After an error the result is incomplete.
+/// Takes a path apart. Subscripts that are not plain decimal numbers are evaluated through
+/// `subscripts`, from left to right, in the context of the path before their step. A fault of the
+/// syntax, no file part or more than 32 steps leave error code 10; a record subscript below 1
+/// leaves 20, a field subscript below 1 leaves 21; a number outside its type raises 6. After an
+/// error the result is incomplete.
 MatrixPath SplitPath(const std::wstring& path, SubscriptPort* subscripts, ErrorCode& error);
 
 /// The file part of a canonical path: the name in double quotes.

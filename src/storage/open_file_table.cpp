@@ -89,14 +89,15 @@ std::int16_t OpenFileTable::Fail(std::int16_t number, RunTimeError failure) {
   return kFailed;
 }
 
-/// The search for the slot to give up begins at slot 0, which does not exist: nothing is given up, but
-/// number 1 is closed all the same.
+/// The search for the slot to give up begins at slot 0, which does not exist: nothing is given up,
+/// but number 1 is closed all the same.
 std::int16_t OpenFileTable::RefuseEleventh() {
   files_.Retire(1);
   return Fail(1, RunTimeError::kSubscript);
 }
 
-bool OpenFileTable::Reopen(std::int16_t number, const std::wstring& path, const FileIdentity& identity) {
+bool OpenFileTable::Reopen(std::int16_t number, const std::wstring& path,
+                           const FileIdentity& identity) {
   const std::wstring found = platform::ExistingSpelling(path);
   if (IdentityOf(found) != identity) return false;
   Slot& slot = At(number);

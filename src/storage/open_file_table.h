@@ -10,8 +10,8 @@
 
 namespace orv::storage {
 
-/// Ten slots, 1 to 10; a slot's number is the number under which its file is open. Files are opened on
-/// demand and stay open until the table is cleared.
+/// Ten slots, 1 to 10; a slot's number is the number under which its file is open. Files are opened
+/// on demand and stay open until the table is cleared.
 class OpenFileTable {
  public:
   static constexpr std::int16_t kSlots = 10;
@@ -19,18 +19,20 @@ class OpenFileTable {
 
   OpenFileTable(platform::NumberedFiles& files, ErrorCode& error) : files_(files), error_(error) {}
 
-  /// The number under which the file is open, opening it if need be; -1 with an error code on failure: 53
-  /// for a missing or empty file, 75 for a locked one, 9 when ten other files are open, else the run-time
-  /// error's number.
+  /// The number under which the file is open, opening it if need be; -1 with an error code on
+  /// failure: 53 for a missing or empty file, 75 for a locked one, 9 when ten other files are open,
+  /// else the run-time error's number.
   ///
-  /// Peculiarities that hosts rely on: whether a new file is empty is judged by file number 1, so while that
-  /// holds data a missing file opened under another number comes into being, empty; and an eleventh file is
-  /// refused with file number 1 closed under its slot, which the next hit on that slot opens again.
+  /// Peculiarities that hosts rely on: whether a new file is empty is judged by file number 1, so
+  /// while that holds data a missing file opened under another number comes into being, empty; and
+  /// an eleventh file is refused with file number 1 closed under its slot, which the next hit on
+  /// that slot opens again.
   std::int16_t OpenFile(const std::wstring& path);
 
-  /// Opens a file again under the number that it had, without ever creating it. False when the file is
-  /// missing, is another one by now, or the number serves another file.
-  bool Reopen(std::int16_t number, const std::wstring& path, const platform::FileIdentity& identity);
+  /// Opens a file again under the number that it had, without ever creating it. False when the file
+  /// is missing, is another one by now, or the number serves another file.
+  bool Reopen(std::int16_t number, const std::wstring& path,
+              const platform::FileIdentity& identity);
 
   /// Closes the file's numbers and frees its slots, before it is deleted or written anew.
   void Drop(const std::wstring& path);

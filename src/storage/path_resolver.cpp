@@ -11,7 +11,8 @@ using platform::RunTimeFailure;
 
 namespace {
 
-/// Whether a matrix header can stand at this position. Positions come from files and are not trusted.
+/// Whether a matrix header can stand at this position. Positions come from files and are not
+/// trusted.
 bool IsMatrixPosition(const File& file, std::int32_t position) {
   return file.Contains(position, layout::matrix::kHeaderBytes);
 }
@@ -57,8 +58,8 @@ bool PathResolver::Matches(const std::wstring& path) const {
   return platform::IdentityOf(platform::ExistingSpelling(fileName)) == last_.identity;
 }
 
-/// Makes the remembered location usable again. False when the path must be resolved anew, or with an error
-/// code when its file is gone.
+/// Makes the remembered location usable again. False when the path must be resolved anew, or with
+/// an error code when its file is gone.
 bool PathResolver::Revive() { return ReviveFile() && ReviveFilter(); }
 
 bool PathResolver::ReviveFile() {

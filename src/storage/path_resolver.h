@@ -22,8 +22,8 @@ struct Location {
   std::int32_t position = kNone;
   std::int16_t number = 0;         ///< file number
   platform::File* file = nullptr;  ///< good until the number is closed
-  /// The slot of the filtered view that the path ends in, or 0. When it is not 0, records and fields of
-  /// the path are the view's.
+  /// The slot of the filtered view that the path ends in, or 0. When it is not 0, records and
+  /// fields of the path are the view's.
   std::int16_t filter = 0;
   bool endsInProperties = false;   ///< the last step is "#"
   bool throughProperties = false;  ///< some step is "#": a change here can change type properties
@@ -38,8 +38,8 @@ struct Location {
 class CellFinder {
  public:
   virtual ~CellFinder() = default;
-  /// The position of the matrix nested in the cell, or 0 when the cell holds none. Raises 9 for a record or
-  /// field beyond the matrix.
+  /// The position of the matrix nested in the cell, or 0 when the cell holds none. Raises 9 for a
+  /// record or field beyond the matrix.
   virtual std::int32_t FindNestedMatrix(std::int32_t matrix, std::int32_t r, std::int16_t f,
                                         platform::File& file) = 0;
 };
@@ -52,11 +52,13 @@ class PathResolver {
 
   void SetCellFinder(CellFinder* finder) { cells_ = finder; }
 
-  /// Clears the error code, opens the file and walks the path. A failure leaves its code and gives a position
-  /// of -1; a file of neither format, and "#" where there is no property matrix, give 0 without a code.
+  /// Clears the error code, opens the file and walks the path. A failure leaves its code and gives
+  /// a position of -1; a file of neither format, and "#" where there is no property matrix, give 0
+  /// without a code.
   ///
-  /// The path resolved last is remembered (and only that one): the same path again costs one comparison,
-  /// even after its file was closed, for then the file is opened again under its number.
+  /// The path resolved last is remembered (and only that one): the same path again costs one
+  /// comparison, even after its file was closed, for then the file is opened again under its
+  /// number.
   Location ResolvePath(const std::wstring& path);
 
   /// Forgets the last path.

@@ -1,5 +1,5 @@
-// What the storage rooms need of the rooms above them. The upper rooms implement these ports and the
-// engine wires them; no include points upwards.
+// What the storage rooms need of the rooms above them. The upper rooms implement these ports and
+// the engine wires them; no include points upwards.
 #pragma once
 
 #include <cstdint>
@@ -10,7 +10,8 @@
 
 namespace orv::storage {
 
-/// The filtered views. A view is known by its key: the canonical path of the matrix, "/", the condition.
+/// The filtered views. A view is known by its key: the canonical path of the matrix, "/", the
+/// condition.
 class FilterPort {
  public:
   virtual ~FilterPort() = default;
@@ -43,8 +44,9 @@ class FormulaPort {
  public:
   virtual ~FormulaPort() = default;
   /// What the formula of cell type `typeNumber` gives for this cell, or `text` when it has none.
-  virtual std::string EvaluateFormula(const std::wstring& path, std::int32_t record, std::int16_t field,
-                                      std::int16_t typeNumber, std::string_view text) = 0;
+  virtual std::string EvaluateFormula(const std::wstring& path, std::int32_t record,
+                                      std::int16_t field, std::int16_t typeNumber,
+                                      std::string_view text) = 0;
 };
 
 /// The cells of dBASE III tables. Numbers count from 1; nothing is cached.
@@ -56,19 +58,21 @@ class DbasePort {
   virtual std::int16_t FieldWidth(platform::File& file, std::int16_t f) const = 0;
   /// The field's name in code page 1251.
   virtual std::string FieldName(platform::File& file, std::int16_t f) const = 0;
-  /// The cell's text in code page 1251, good until the next call; what the file does not have is missing.
+  /// The cell's text in code page 1251, good until the next call; what the file does not have is
+  /// missing.
   virtual std::string_view ReadCell(platform::File& file, std::int32_t r, std::int16_t f) const = 0;
-  /// Writes the text in place, cut or padded to the field's width. Raises 70 for a record below 1 and 9
-  /// for a cell outside the table, with nothing written.
-  virtual void WriteCell(platform::File& file, std::int32_t r, std::int16_t f, std::string_view text) = 0;
+  /// Writes the text in place, cut or padded to the field's width. Raises 70 for a record below 1
+  /// and 9 for a cell outside the table, with nothing written.
+  virtual void WriteCell(platform::File& file, std::int32_t r, std::int16_t f,
+                         std::string_view text) = 0;
 };
 
 /// Converts a field to another storage style.
 class StylePort {
  public:
   virtual ~StylePort() = default;
-  /// Opens the conversion dialog for the matrix path, the field number as text and the nine-character
-  /// request.
+  /// Opens the conversion dialog for the matrix path, the field number as text and the
+  /// nine-character request.
   virtual void ConvertField(const std::wstring& path, const std::string& field,
                             const std::string& request) = 0;
 };

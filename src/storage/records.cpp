@@ -67,8 +67,8 @@ void MakeRoom(std::int32_t matrix, std::int32_t descriptor, std::int32_t records
   }
 }
 
-void SetCellForm(std::int32_t matrix, std::int32_t r, std::int16_t f, std::int16_t width, File& file,
-                 ErrorCode& error) {
+void SetCellForm(std::int32_t matrix, std::int32_t r, std::int16_t f, std::int16_t width,
+                 File& file, ErrorCode& error) {
   if (width != layout::kShortLengthBytes && width != layout::kLongLengthBytes) return;
   if (matrix == layout::kDbaseTable) {
     error.Set(code::kNotOnDbase);

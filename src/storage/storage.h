@@ -14,8 +14,8 @@
 
 namespace orv::storage {
 
-/// Everything below the rooms that query, convert and exchange. The engine has one; upper rooms take it by
-/// reference and wire their ports into it.
+/// Everything below the rooms that query, convert and exchange. The engine has one; upper rooms
+/// take it by reference and wire their ports into it.
 class Storage final : public CacheReset {
  public:
   Storage();
@@ -32,8 +32,8 @@ class Storage final : public CacheReset {
   void ResetCaches(int level) override;
   /// Drops views, open-file table and files. The path resolved last stays known.
   void CloseAll();
-  /// Closes everything that the engine has open on this file and forgets what it knows of it; to be called
-  /// before the file is deleted or written anew.
+  /// Closes everything that the engine has open on this file and forgets what it knows of it; to be
+  /// called before the file is deleted or written anew.
   void DropFile(const std::wstring& fileName);
 
   /// Closes and forgets the files that were cut short under their map or could not be read.
@@ -43,8 +43,8 @@ class Storage final : public CacheReset {
   std::int32_t RecordCount(const Location& at);
   /// Fields of the location, likewise.
   std::int32_t FieldCount(const Location& at);
-  /// The record that record `r` of the location stands for: `r` itself, or the view's underlying one (-1 beyond
-  /// the view).
+  /// The record that record `r` of the location stands for: `r` itself, or the view's underlying
+  /// one (-1 beyond the view).
   std::int32_t UnderlyingRecord(const Location& at, std::int32_t r) const;
 };
 

@@ -19,8 +19,8 @@ constexpr std::int16_t kPropertiesField = 3;
 constexpr std::int16_t kNameField = 1;
 constexpr std::int16_t kValueField = 2;
 
-/// A field of a table of the type world. Its own types are not consulted: tables could name one another in
-/// circles.
+/// A field of a table of the type world. Its own types are not consulted: tables could name one
+/// another in circles.
 FieldReader ReaderOf(File& file, std::int32_t matrix, std::int16_t f) {
   const std::int32_t descriptor = FindFieldDescriptor(file, matrix, f);
   if (descriptor < 1) platform::Raise(platform::RunTimeError::kSubscript);
@@ -104,7 +104,8 @@ const TypeProperty* TypeTables::Find(File& file, std::int32_t matrix, std::int16
 std::unordered_map<std::string, std::int32_t>& TypeTables::DictionaryValues(
     File& file, std::int32_t dictionaryMatrix) {
   const Key key{file.opening(), dictionaryMatrix};
-  if (const auto known = dictionaries_.find(key); known != dictionaries_.end()) return known->second;
+  if (const auto known = dictionaries_.find(key); known != dictionaries_.end())
+    return known->second;
   std::unordered_map<std::string, std::int32_t> values;
   FieldReader reader = ReaderOf(file, dictionaryMatrix, kDictionaryValueField);
   ForEachRecord(file, dictionaryMatrix,

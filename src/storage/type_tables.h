@@ -1,8 +1,8 @@
 // The in-memory view of the matrices' type tables.
 //
-// A type table is the matrix's property matrix: one record a type, field 1 the identifier, field 2 the key,
-// field 3 a nested matrix of name/value records. Properties are asked for once a cell, so they are read once
-// and kept until something is written through a "#" step.
+// A type table is the matrix's property matrix: one record a type, field 1 the identifier, field 2
+// the key, field 3 a nested matrix of name/value records. Properties are asked for once a cell, so
+// they are read once and kept until something is written through a "#" step.
 #pragma once
 
 #include <cstdint>
@@ -38,8 +38,8 @@ class TypeTables {
   /// Property `name` (lower-cased) of a type number, or nullptr. The plain type has none.
   const TypeProperty* Find(platform::File& file, std::int32_t matrix, std::int16_t typeNumber,
                            std::string_view name);
-  /// The index of each distinct value of a dictionary matrix, kept true by whoever adds a value. Good until
-  /// `Clear`.
+  /// The index of each distinct value of a dictionary matrix, kept true by whoever adds a value.
+  /// Good until `Clear`.
   std::unordered_map<std::string, std::int32_t>& DictionaryValues(platform::File& file,
                                                                   std::int32_t dictionaryMatrix);
   void Clear();
@@ -53,7 +53,8 @@ class TypeTables {
   struct KeyHash {
     std::size_t operator()(const Key& key) const {
       constexpr std::uint64_t kSpread = 0x9E3779B97F4A7C15;
-      return static_cast<std::size_t>((key.opening << 32 ^ static_cast<std::uint32_t>(key.matrix)) * kSpread);
+      return static_cast<std::size_t>((key.opening << 32 ^ static_cast<std::uint32_t>(key.matrix)) *
+                                      kSpread);
     }
   };
   /// As many tables as are kept at a time.
