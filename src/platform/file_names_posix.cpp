@@ -1,3 +1,4 @@
+#include <array>
 #include <filesystem>
 #include <system_error>
 
@@ -32,22 +33,53 @@ void AppendUtf8(std::string& out, char32_t c) {
   }
 }
 
-std::wstring Folded(std::wstring text) {
-  for (wchar_t& c : text) c = FoldCase(c);
-  return text;
+/// Takes one character off the front of a UTF-8 text; nothing for a malformed one.
+std::optional<char32_t> TakeUtf8(std::string_view& text) {
+  constexpr std::array<char32_t, 4> kLeast = {0, 0x80, 0x800, 0x10000};
+  constexpr char32_t kGreatest = 0x10FFFF;
+  const auto lead = static_cast<unsigned char>(text.front());
+  const std::size_t tails = lead < 0x80   ? 0
+                            : lead < 0xC0 ? 4
+                            : lead < 0xE0 ? 1
+                            : lead < 0xF0 ? 2
+                            : lead < 0xF8 ? 3
+                                          : 4;
+  if (tails >= text.size() || tails == kLeast.size()) return std::nullopt;
+  char32_t c = tails == 0 ? lead : lead & (0x3FU >> tails);
+  for (std::size_t i = 1; i <= tails; ++i) {
+    const auto tail = static_cast<unsigned char>(text[i]);
+    if ((tail & 0xC0) != 0x80) return std::nullopt;
+    c = c << 6 | (tail & 0x3F);
+  }
+  if (c < kLeast[tails] || c > kGreatest) return std::nullopt;
+  text.remove_prefix(tails + 1);
+  return c;
+}
+
+/// The wide form of a name as the operating system has it; nothing for a name that is no UTF-8. The
+/// standard library's own conversion depends on the process locale.
+std::optional<std::wstring> WideName(const std::string& name) {
+  std::wstring wide;
+  std::string_view rest = name;
+  while (!rest.empty()) {
+    const std::optional<char32_t> c = TakeUtf8(rest);
+    if (!c) return std::nullopt;
+    wide.push_back(static_cast<wchar_t>(*c));
+  }
+  return wide;
 }
 
 /// The entry of `directory` whose name equals `name` but for letter case, or `name`.
 std::filesystem::path MatchingEntry(const std::filesystem::path& directory,
                                     const std::filesystem::path& name) {
-  const std::wstring wanted = Folded(name.wstring());
+  const std::optional<std::wstring> asked = WideName(name.string());
+  if (!asked) return name;
+  const std::wstring wanted = FoldCase(std::wstring_view(*asked));
   std::error_code failure;
   for (const auto& entry : std::filesystem::directory_iterator(directory, failure)) {
-    try {
-      if (Folded(entry.path().filename().wstring()) == wanted) return entry.path().filename();
-    } catch (const std::exception&) {
-      continue;  // a name that is no UTF-8 cannot be asked for either
-    }
+    // A name that is no UTF-8 cannot be asked for either.
+    const std::optional<std::wstring> present = WideName(entry.path().filename().string());
+    if (present && FoldCase(std::wstring_view(*present)) == wanted) return entry.path().filename();
   }
   return name;
 }
@@ -87,7 +119,7 @@ std::wstring ExistingSpelling(const std::wstring& path) {
                   ? next
                   : found / MatchingEntry(found.empty() ? "." : found, part);
     }
-    return std::filesystem::exists(found) ? found.wstring() : path;
+    return std::filesystem::exists(found) ? WideName(found.string()).value_or(path) : path;
   } catch (const std::filesystem::filesystem_error&) {
     return path;
   }

@@ -126,6 +126,8 @@ std::string_view ReadChainedText(const File& file, std::int32_t position, int L,
     length = LengthAt(file, next, L);
     if (!IsReadableLength(file, length)) break;
     buffer.append(file.View(std::int64_t{next} + L, length));
+    // Pieces that overlap are damage; without this a file of n bytes could hold a text of n * n.
+    if (static_cast<std::int64_t>(buffer.size()) > file.Length()) break;
     next = file.Int32At(std::int64_t{next} + L + length);
   }
   return buffer;

@@ -1,0 +1,51 @@
+#include "support/temp_folder.h"
+
+#include <cstdlib>
+#include <fstream>
+#include <iterator>
+#include <stdexcept>
+
+#include "platform/file_names.h"
+
+namespace orv::test {
+namespace {
+
+std::filesystem::path NativePath(const std::wstring& name) { return platform::NativeName(name); }
+
+}  // namespace
+
+TempFolder::TempFolder() {
+  std::string name = (std::filesystem::temp_directory_path() / "orv-test-XXXXXX").string();
+  if (mkdtemp(name.data()) == nullptr) throw std::runtime_error("no temporary folder");
+  path_ = name;
+}
+
+TempFolder::~TempFolder() {
+  std::error_code ignored;
+  std::filesystem::remove_all(path_, ignored);
+}
+
+std::wstring TempFolder::Name(std::wstring_view file) const {
+  return path_.wstring() + L"/" + std::wstring(file);
+}
+
+std::string ReadBytes(const std::wstring& name) {
+  std::ifstream in(NativePath(name), std::ios::binary);
+  return {std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>()};
+}
+
+void WriteBytes(const std::wstring& name, std::string_view bytes) {
+  std::ofstream out(NativePath(name), std::ios::binary | std::ios::trunc);
+  out.write(bytes.data(), static_cast<std::streamsize>(bytes.size()));
+  if (!out.flush()) throw std::runtime_error("a test file could not be written");
+}
+
+void ResizeFile(const std::wstring& name, std::uintmax_t bytes) {
+  std::filesystem::resize_file(NativePath(name), bytes);
+}
+
+bool Exists(const std::wstring& name) { return std::filesystem::exists(NativePath(name)); }
+
+std::wstring Quoted(const std::wstring& name) { return L'"' + name + L'"'; }
+
+}  // namespace orv::test
