@@ -4,6 +4,7 @@
 
 #include <benchmark/benchmark.h>
 
+#include "command/condition.h"
 #include "command/evaluator.h"
 
 namespace orv::command {
@@ -46,9 +47,7 @@ class BenchServices : public Services {
    public:
     BenchColumn(const BenchServices& services, std::int16_t field)
         : services_(services), field_(field) {}
-    std::string_view Text(std::int32_t record, std::string&) override {
-      return services_.Cell(record, field_);
-    }
+    std::string_view Text(std::int32_t record) override { return services_.Cell(record, field_); }
     std::string_view TypeName(std::int32_t) override { return {}; }
 
    private:
@@ -91,6 +90,21 @@ void BM_ConditionByRewriting(benchmark::State& state) {
   state.SetItemsProcessed(state.iterations());
 }
 BENCHMARK(BM_ConditionByRewriting)->DenseRange(0, 4);
+
+void BM_ConditionCompiled(benchmark::State& state) {
+  BenchServices services;
+  Evaluator evaluator(services);
+  Condition condition(kConditions[state.range(0)], L"\"bench\"", 1, evaluator);
+  if (!condition.IsCompiled()) state.SkipWithError("the condition is not compiled");
+  std::int32_t record = 1;
+  for (auto _ : state) {
+    benchmark::DoNotOptimize(condition.Holds(record));
+    record = record % kRecords + 1;
+  }
+  state.SetLabel(kConditions[state.range(0)]);
+  state.SetItemsProcessed(state.iterations());
+}
+BENCHMARK(BM_ConditionCompiled)->DenseRange(0, 4);
 
 }  // namespace
 }  // namespace orv::command

@@ -1,5 +1,6 @@
 #include "command/functions.h"
 
+#include <cmath>
 #include <limits>
 #include <optional>
 #include <string>
@@ -106,13 +107,6 @@ CallKind MatrixCell(const Work& work) {
   return GiveCell(work, PathArgument(work), {*record, *field}, formula.text == kTrue);
 }
 
-std::int32_t PositionOf(std::string_view part, std::string_view text, std::int32_t start) {
-  if (start < 1) return 0;
-  if (part.empty()) return start;
-  const std::size_t at = text.find(part, static_cast<std::size_t>(start) - 1);
-  return at == std::string_view::npos ? 0 : static_cast<std::int32_t>(at + 1);
-}
-
 CallKind Instr(const Work& work) {
   const auto start = WholeNumber<std::int32_t>(work.Argument(0));
   if (!start) return Fail(work, message::kInvalidEntering);
@@ -148,14 +142,13 @@ CallKind Str(const Work& work) {
 }
 
 CallKind Val(const Work& work) {
-  const double number = storage::LeadingNumber(work.Argument(0).text);
-  if (number == std::numeric_limits<double>::infinity() ||
-      number == -std::numeric_limits<double>::infinity()) {
+  const std::optional<double> number = ValueOfText(work.Argument(0).text);
+  if (!number) {
     work.services().Error().Set(storage::code::kOverflow);
     return Fail(work, message::kOverflow);
   }
   work.value.text.clear();
-  storage::AppendNumber(work.value.text, number);
+  storage::AppendNumber(work.value.text, *number);
   work.value.type = type::kReal;
   return CallKind::kValue;
 }
@@ -193,6 +186,18 @@ const Function* FindFunction(std::string_view name) {
 }
 
 }  // namespace
+
+std::int32_t PositionOf(std::string_view part, std::string_view text, std::int32_t start) noexcept {
+  if (start < 1) return 0;
+  if (part.empty()) return start;
+  const std::size_t at = text.find(part, static_cast<std::size_t>(start) - 1);
+  return at == std::string_view::npos ? 0 : static_cast<std::int32_t>(at + 1);
+}
+
+std::optional<double> ValueOfText(std::string_view text) noexcept {
+  const double number = storage::LeadingNumber(text);
+  return std::isfinite(number) ? std::optional(number) : std::nullopt;
+}
 
 CallKind CallFunction(const Call& call, const Context& context, Evaluator& evaluator,
                       ArgumentValues& values, Value& value) {

@@ -3,6 +3,7 @@
 
 #include <array>
 #include <cstdint>
+#include <optional>
 #include <string_view>
 
 #include "command/context.h"
@@ -34,5 +35,12 @@ using ArgumentValues = std::array<Value, 3>;
 /// itself during the call.
 CallKind CallFunction(const Call& call, const Context& context, Evaluator& evaluator,
                       ArgumentValues& values, Value& value);
+
+/// The position of `part` within `text`, searching from position `start` on, letter case counting;
+/// 0 when it is not there or the start is below 1. An empty part is found at the start.
+std::int32_t PositionOf(std::string_view part, std::string_view text, std::int32_t start) noexcept;
+
+/// The number that `val` gives for a text without quotes; nothing when it is out of range.
+std::optional<double> ValueOfText(std::string_view text) noexcept;
 
 }  // namespace orv::command

@@ -82,21 +82,32 @@ constexpr std::array<Name, 11> kNames = {{{"records", Records},
                                           {"date", Date},
                                           {"time", Time}}};
 
-}  // namespace
-
-NameKind LookUpName(std::string_view token, const Context& context, Services& services,
-                    Value& value) {
-  if (token.empty() || token.size() > kLongestName) return NameKind::kNoName;
+const Name* FindName(std::string_view token) noexcept {
+  if (token.empty() || token.size() > kLongestName) return nullptr;
   std::array<char, kLongestName> folded{};
   for (std::size_t i = 0; i < token.size(); ++i) folded[i] = platform::FoldCase(token[i]);
   const std::string_view lower(folded.data(), token.size());
   for (const Name& name : kNames) {
-    if (name.text != lower) continue;
-    if (name.produce == nullptr) return NameKind::kLogic;
-    name.produce(context, services, value);
-    return NameKind::kReplaced;
+    if (name.text == lower) return &name;
   }
-  return NameKind::kNoName;
+  return nullptr;
+}
+
+NameKind KindOf(const Name* name) noexcept {
+  if (name == nullptr) return NameKind::kNoName;
+  return name->produce == nullptr ? NameKind::kLogic : NameKind::kReplaced;
+}
+
+}  // namespace
+
+NameKind KindOfName(std::string_view token) noexcept { return KindOf(FindName(token)); }
+
+NameKind LookUpName(std::string_view token, const Context& context, Services& services,
+                    Value& value) {
+  const Name* const name = FindName(token);
+  const NameKind kind = KindOf(name);
+  if (kind == NameKind::kReplaced) name->produce(context, services, value);
+  return kind;
 }
 
 }  // namespace orv::command

@@ -1,6 +1,7 @@
 // The built-in names.
 #pragma once
 
+#include <cstdint>
 #include <string_view>
 
 #include "command/context.h"
@@ -14,6 +15,9 @@ enum class NameKind : std::uint8_t {
   kLogic,     // "true" or "false", in any letter case: the token itself stays in the text
   kReplaced,  // the token gives way to the value
 };
+
+/// What kind of name a token is, letter case ignored; nothing is read.
+NameKind KindOfName(std::string_view token) noexcept;
 
 /// Looks a token up as a built-in name, letter case ignored. For kReplaced the value is an operand:
 /// a text stands in quotes; type 0 means that the type is to be taken from the text.

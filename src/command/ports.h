@@ -17,9 +17,9 @@ namespace orv::command {
 class Column {
  public:
   virtual ~Column() = default;
-  /// The view is valid until the next call on the column or change of `room`, which the column may
-  /// use to put the text together.
-  virtual std::string_view Text(std::int32_t record, std::string& room) = 0;
+  /// The view is valid until the next call of Text on this column; calls on other columns leave it
+  /// alone.
+  virtual std::string_view Text(std::int32_t record) = 0;
   /// As Services::CellTypeName.
   virtual std::string_view TypeName(std::int32_t record) = 0;
 };

@@ -17,25 +17,6 @@ bool IsDigit(char c) { return c >= '0' && c <= '9'; }
 
 bool IsQuoted(std::string_view operand) { return !operand.empty() && operand[0] == kQuote; }
 
-// Whether the value of a parenthesis can stand in the text without quotes and be read again.
-bool StandsBare(const Value& value) {
-  switch (value.type) {
-    case type::kVariant:
-    case type::kError:
-      return true;
-    case type::kInteger:
-    case type::kNumber:
-    case type::kReal:
-      return IsNumberLiteral(value.text);
-    case type::kLogic: {
-      const std::string folded = platform::FoldCase(value.text);
-      return folded == "true" || folded == "false";
-    }
-    default:
-      return false;
-  }
-}
-
 // The type that a finished value has for a new scan. Plain numbers and logic values are read again.
 std::int16_t LastingType(std::string_view operand, std::int16_t typeCode) {
   const bool readAgain = IsNumeric(typeCode) || typeCode == type::kLogic;
@@ -223,7 +204,7 @@ void Rewriting::TakeParentheses() {
 void Rewriting::EvaluateParentheses(std::string_view inner) {
   Value& value = room_.value;
   evaluator_.Evaluate(inner, context_, value);
-  if (!StandsBare(value)) value.text.insert(0, 1, kQuote) += kQuote;
+  if (!StandsBare(value.text, value.type)) value.text.insert(0, 1, kQuote) += kQuote;
   ReplaceSlot(value.text, value.type);
 }
 

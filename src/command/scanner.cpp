@@ -1,6 +1,9 @@
 #include "command/scanner.h"
 
+#include <algorithm>
+
 #include "command/value.h"
+#include "platform/code_page.h"
 
 namespace orv::command {
 namespace {
@@ -27,6 +30,15 @@ bool IsExponent(std::string_view text) {
   if (text.empty() || (text[0] != 'E' && text[0] != 'e')) return false;
   const std::size_t digits = text.size() > 1 && (text[1] == '+' || text[1] == '-') ? 2 : 1;
   return digits < text.size() && SkipDigits(text, digits) == text.size();
+}
+
+bool EqualsIgnoringCase(std::string_view text, std::string_view lower) {
+  return std::equal(text.begin(), text.end(), lower.begin(), lower.end(),
+                    [](char a, char b) { return platform::FoldCase(a) == b; });
+}
+
+bool IsLogicLiteral(std::string_view text) {
+  return EqualsIgnoringCase(text, "true") || EqualsIgnoringCase(text, "false");
 }
 
 }  // namespace
@@ -118,6 +130,22 @@ std::int16_t LiteralType(std::string_view token) noexcept {
   if (token[0] == kQuote) return type::kString;
   if (!IsNumberLiteral(token)) return type::kVariant;
   return token.find('.') == std::string_view::npos ? type::kInteger : type::kReal;
+}
+
+bool StandsBare(std::string_view text, std::int16_t typeCode) noexcept {
+  switch (typeCode) {
+    case type::kVariant:
+    case type::kError:
+      return true;
+    case type::kInteger:
+    case type::kNumber:
+    case type::kReal:
+      return IsNumberLiteral(text);
+    case type::kLogic:
+      return IsLogicLiteral(text);
+    default:
+      return false;
+  }
 }
 
 std::string_view WithoutQuotes(std::string_view text) noexcept {

@@ -52,6 +52,10 @@ bool IsNumberLiteral(std::string_view text) noexcept;
 /// number without a point, real for one with a point, otherwise 0.
 std::int16_t LiteralType(std::string_view token) noexcept;
 
+/// Whether a finished value can stand in an expression without quotes and be read again as what it
+/// is.
+bool StandsBare(std::string_view text, std::int16_t typeCode) noexcept;
+
 /// The text between its enclosing quotes; the text itself when it has none.
 std::string_view WithoutQuotes(std::string_view text) noexcept;
 

@@ -81,10 +81,25 @@ bool IsTooGreat(const Literal& literal) {
   return place + exponent > 0;
 }
 
+// Up to this many digits fit a 64-bit number, whose conversion rounds once, as reading the text
+// does.
+constexpr std::ptrdiff_t kMostWholeDigits = 18;
+
+std::optional<std::int64_t> ShortWhole(const Literal& literal) {
+  if (literal.end - literal.first > kMostWholeDigits) return std::nullopt;
+  std::int64_t whole = 0;
+  for (const char* at = literal.first; at != literal.end; ++at) {
+    if (!IsDigit(*at)) return std::nullopt;
+    whole = whole * 10 + (*at - '0');
+  }
+  return literal.negative ? -whole : whole;
+}
+
 template <typename Number>
 Number ReadLeading(std::string_view text) {
   const Literal literal = FindLiteral(text);
   if (literal.first == literal.end) return 0;
+  if (const auto whole = ShortWhole(literal)) return static_cast<Number>(*whole);
   Number value = 0;
   const auto result = std::from_chars(literal.first, literal.end, value);
   if (result.ec == std::errc::result_out_of_range) {

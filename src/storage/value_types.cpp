@@ -66,6 +66,7 @@ std::string ScaledText(std::int32_t value, std::int32_t decimals) {
 }  // namespace
 
 std::int16_t TypeCode(std::string_view name) noexcept {
+  if (name.empty()) return type::kVariant;
   if (name == kShortIntegerName) return type::kInteger;
   const auto* const found = std::find_if(kTypes.begin(), kTypes.end(),
                                          [&](const NamedType& t) { return t.name == name; });

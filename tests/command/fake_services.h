@@ -48,8 +48,10 @@ class FakeServices : public Services {
   std::int32_t FindFirst(const std::wstring& path, std::int16_t field,
                          std::string_view value) override {
     const Table& table = TableAt(path);
+    const auto f = static_cast<std::size_t>(field) - 1;
+    if (f >= table.types.size()) platform::Raise(platform::RunTimeError::kSubscript);
     for (std::size_t r = 0; r < table.records.size(); ++r) {
-      if (table.records[r].at(static_cast<std::size_t>(field) - 1) == value) {
+      if (table.records[r][f] == value) {
         return static_cast<std::int32_t>(r + 1);
       }
     }
@@ -86,7 +88,7 @@ class FakeServices : public Services {
    public:
     FakeColumn(FakeServices& services, std::wstring path, std::int16_t field)
         : services_(services), path_(std::move(path)), field_(field) {}
-    std::string_view Text(std::int32_t record, std::string& /*room*/) override {
+    std::string_view Text(std::int32_t record) override {
       ++services_.reads;
       return services_.Cell(path_, record, field_);
     }

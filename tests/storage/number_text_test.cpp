@@ -2,6 +2,7 @@
 
 #include <cmath>
 #include <cstdio>
+#include <cstdlib>
 #include <limits>
 #include <random>
 #include <string>
@@ -105,6 +106,22 @@ TEST(LeadingNumberTest, BeyondTheRangeIsAnInfinityAndBelowItZero) {
 TEST(LeadingNumberTest, ASingleIsReadStraightIntoItsPrecision) {
   EXPECT_EQ(LeadingSingle("16777217"), 16777216.0F);
   EXPECT_EQ(LeadingSingle("0.1"), 0.1F);
+}
+
+TEST(LeadingNumberTest, AgreesWithTheLibraryOnRandomTexts) {
+  std::mt19937_64 random(11);
+  const std::string characters = "0123456789012345678901234567890123456789.-eE+ ";
+  for (int i = 0; i < 200000; ++i) {
+    std::string text;
+    const auto length = random() % 24;
+    for (std::size_t c = 0; c < length; ++c) text += characters[random() % characters.size()];
+    const double expected = std::strtod(text.c_str(), nullptr);
+    if (std::isinf(expected)) continue;
+    ASSERT_EQ(LeadingNumber(text), expected) << text;
+    const float single = std::strtof(text.c_str(), nullptr);
+    if (std::isinf(single)) continue;
+    ASSERT_EQ(LeadingSingle(text), single) << text;
+  }
 }
 
 TEST(TextToNumberTest, ThePointOrTheCommaIsTheDecimalSign) {
