@@ -128,9 +128,9 @@ TEST_F(ScriptedInterfaceTest, LogsLabelsInBoldAndLeavesOutMereHiding) {
     shown.Close();
   });
   dialog.RunModal();
-  EXPECT_EQ(script_.TakeLog()[0]["labels"],
-            json::parse(R"([{"label": "Steps(3)", "text": "» Обновление данных...", "bold": true
-}])"));
+  EXPECT_EQ(
+      script_.TakeLog()[0]["labels"],
+      json::array({{{"label", "Steps(3)"}, {"text", "» Обновление данных..."}, {"bold", true}}}));
 }
 
 TEST_F(ScriptedInterfaceTest, PressesCancelWhenTheBarFirstReachesThePlace) {
