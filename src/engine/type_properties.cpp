@@ -149,7 +149,7 @@ class PropertyWriter {
 
   std::int32_t FindName(const std::wstring& list, const std::string& name) {
     const Location at = storage_.resolver.ResolvePath(list);
-    const std::int32_t records = storage_.RecordCount(at);
+    const std::int32_t records = storage::ReadableRecordCount(*at.file, at.position);
     for (std::int32_t record = 1; record <= records; ++record) {
       bool isMtx = false;
       if (platform::FoldCase(storage_.cells.ReadCell(at, record, kNameField, isMtx)) == name)
@@ -181,8 +181,7 @@ class PropertyWriter {
 
   void StoreTypeOfCell(const Location& at, std::int32_t descriptor, std::int32_t record,
                        std::int16_t type) {
-    storage::MakeRoom(at.position, descriptor, storage::ContainerRecordCount(*at.file, at.position),
-                      *at.file, storage_.types);
+    storage::MakeRoom(at.position, descriptor, *at.file, storage_.types);
     std::int32_t slot = 0;
     std::int32_t cell = storage::GetCellPos(descriptor, record, *at.file, slot, storage_.error);
     if (cell == 0) {

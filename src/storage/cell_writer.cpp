@@ -45,7 +45,7 @@ void CellWriter::WriteFree(std::int32_t descriptor, std::int32_t r, std::int16_t
                            std::string_view text) {
   if (FindChainRun(file_, file_.Int32At(descriptor), r, layout::kPointerBytes).count == 0) {
     if (text.empty()) return;
-    MakeRoom(matrix_, descriptor, ContainerRecordCount(file_, matrix_), file_, types_);
+    MakeRoom(matrix_, descriptor, file_, types_);
   }
   std::int32_t slot = 0;
   std::int32_t cell = GetCellPos(descriptor, r, file_, slot, error_);
@@ -76,7 +76,7 @@ void CellWriter::WriteFixed(std::int32_t descriptor, std::int32_t r, const Field
   }
   const std::int32_t start = file_.Int32At(descriptor);
   if (FindChainRun(file_, start, r, style.cellSize).count == 0) {
-    MakeRoom(matrix_, descriptor, ContainerRecordCount(file_, matrix_), file_, types_);
+    MakeRoom(matrix_, descriptor, file_, types_);
   }
   const ChainRun entry = FindChainRun(file_, file_.Int32At(descriptor), r, style.cellSize);
   if (format.intProperty) {

@@ -87,7 +87,7 @@ DictionaryIndex DictionaryWriter::Widened(std::int32_t descriptor, const Diction
                                           std::int32_t greatest) {
   std::int32_t width = index.width();
   while (DictionaryIndex::Greatest(width) < greatest) width *= 2;
-  const std::int32_t records = ContainerRecordCount(file_, matrix_);
+  const std::int32_t records = TrustedRecordCount(file_, matrix_);
   std::string block(file_.View(index.start(), DictionaryIndex::kHeadBytes));
   for (std::int32_t r = 1; r <= records; ++r) {
     DictionaryIndex::AppendEntry(block, width, index.Read(file_, r));

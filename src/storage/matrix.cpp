@@ -1,5 +1,6 @@
 #include "storage/matrix.h"
 
+#include <algorithm>
 #include <string>
 
 #include "storage/bytes.h"
@@ -14,6 +15,10 @@ using platform::Raise;
 using platform::RunTimeError;
 
 namespace {
+
+/// Records take at least a byte each when they are inserted, but their fields may all be gone: up
+/// to this count even a small file is believed.
+constexpr std::int64_t kPlausibleRecords = 1'000'000;
 
 std::string NewDescriptor() {
   using namespace layout::descriptor;
@@ -116,6 +121,18 @@ std::int32_t ContainerRecordCount(const File& file, std::int32_t matrix) {
   if (matrix == 0) return -1;
   const std::int32_t table = FieldTablePosition(file, matrix);
   return table < 1 ? 0 : file.Int32At(std::int64_t{table} + layout::field_table::kRecords);
+}
+
+std::int32_t ReadableRecordCount(const File& file, std::int32_t matrix) {
+  const std::int64_t greatest = std::max(file.Length(), kPlausibleRecords);
+  return static_cast<std::int32_t>(
+      std::min<std::int64_t>(ContainerRecordCount(file, matrix), greatest));
+}
+
+std::int32_t TrustedRecordCount(const File& file, std::int32_t matrix) {
+  const std::int32_t records = ContainerRecordCount(file, matrix);
+  if (records < 0 || records != ReadableRecordCount(file, matrix)) Raise(RunTimeError::kSubscript);
+  return records;
 }
 
 void SetRecordCount(File& file, std::int32_t matrix, std::int32_t n) {

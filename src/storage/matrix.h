@@ -43,6 +43,12 @@ void CreateFieldDescriptor(platform::File& file, std::int32_t matrix, std::int16
 
 /// Records of a container matrix: 0 without a field table, -1 for matrix position 0.
 std::int32_t ContainerRecordCount(const platform::File& file, std::int32_t matrix);
+/// The records that loops over a matrix go through. A damaged count can claim more records than the
+/// file could ever hold; such a count is cut to the file's length.
+std::int32_t ReadableRecordCount(const platform::File& file, std::int32_t matrix);
+/// The record count for an operation that allocates by it; raises 9 for a count below 0 or beyond
+/// all that the file could hold, so that damage never makes a file grow without bound.
+std::int32_t TrustedRecordCount(const platform::File& file, std::int32_t matrix);
 /// Stores the record count; a matrix without a field table raises 9.
 void SetRecordCount(platform::File& file, std::int32_t matrix, std::int32_t n);
 

@@ -28,7 +28,7 @@ void EnsureSlot(Storage& storage, const Location& at, std::int32_t descriptor, s
   const std::int32_t records = ContainerRecordCount(file, at.position);
   if (r < 1 || r > records) Raise(RunTimeError::kSubscript);
   if (FindChainRun(file, file.Int32At(descriptor), r, layout::kPointerBytes).count > 0) return;
-  MakeRoom(at.position, descriptor, records, file, storage.types);
+  MakeRoom(at.position, descriptor, file, storage.types);
 }
 
 void PutIntoCell(Storage& storage, const Location& at, std::int32_t descriptor, std::int32_t r,

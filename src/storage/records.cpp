@@ -32,14 +32,13 @@ void InsertRecords(std::int32_t matrix, std::int32_t quantity, std::int32_t posi
     error.Set(code::kInvalidCall);
     return;
   }
-  const std::int32_t n = ContainerRecordCount(file, matrix);
-  if (n < 0) Raise(RunTimeError::kSubscript);
+  const std::int32_t n = TrustedRecordCount(file, matrix);
   if (quantity > std::numeric_limits<std::int32_t>::max() - n) Raise(RunTimeError::kOverflow);
   position = std::min(position, n + 1);
 
   std::vector<FieldData> moving;  // data that the insertion itself allocates has nothing to move
-  for (std::int16_t f = 1; f <= fieldCount; ++f) {
-    const std::int32_t descriptor = FindFieldDescriptor(file, matrix, f);
+  for (int f = 1; f <= fieldCount; ++f) {
+    const std::int32_t descriptor = FindFieldDescriptor(file, matrix, static_cast<std::int16_t>(f));
     if (descriptor < 1) continue;
     FieldData data(file, matrix, descriptor, types);
     if (!data.HasEntries()) continue;
@@ -56,8 +55,8 @@ void InsertRecords(std::int32_t matrix, std::int32_t quantity, std::int32_t posi
   SetRecordCount(file, matrix, n + quantity);
 }
 
-void MakeRoom(std::int32_t matrix, std::int32_t descriptor, std::int32_t records, File& file,
-              TypeTables& types) {
+void MakeRoom(std::int32_t matrix, std::int32_t descriptor, File& file, TypeTables& types) {
+  const std::int32_t records = TrustedRecordCount(file, matrix);
   FieldData data(file, matrix, descriptor, types);
   if (!data.HasEntries()) return;
   if (data.IsAllocated()) {

@@ -17,10 +17,10 @@ namespace orv::storage {
 void InsertRecords(std::int32_t matrix, std::int32_t quantity, std::int32_t position,
                    platform::File& file, TypeTables& types, ErrorCode& error);
 
-/// Gives the field's data an entry for every record up to `records`, empty where it had none:
+/// Gives the field's data an entry for every record of the matrix, empty where it had none:
 /// pointers 0, fixed cells blank or zero by their type, dictionary indexes 0.
-void MakeRoom(std::int32_t matrix, std::int32_t descriptor, std::int32_t records,
-              platform::File& file, TypeTables& types);
+void MakeRoom(std::int32_t matrix, std::int32_t descriptor, platform::File& file,
+              TypeTables& types);
 
 /// Gives a free text cell the short (width 1) or long form (width 4): the text is written as a new
 /// cell at the end of the file and the record's pointer repointed. 20 for a record, 21 for a field

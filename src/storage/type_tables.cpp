@@ -30,7 +30,7 @@ FieldReader ReaderOf(File& file, std::int32_t matrix, std::int16_t f) {
 /// Calls `take` for record 1, 2, ... until the records or the readable part of a damaged table end.
 template <typename Take>
 void ForEachRecord(const File& file, std::int32_t matrix, Take take) {
-  const std::int32_t records = ContainerRecordCount(file, matrix);
+  const std::int32_t records = ReadableRecordCount(file, matrix);
   try {
     for (std::int32_t r = 1; r <= records; ++r) take(r);
   } catch (const RunTimeFailure&) {

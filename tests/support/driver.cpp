@@ -1,0 +1,150 @@
+#include "support/driver.h"
+
+#include "platform/code_page.h"
+
+namespace orv::test {
+
+using platform::ToBytes;
+using platform::ToWide;
+
+namespace {
+
+std::int16_t Int16(int number) { return static_cast<std::int16_t>(number); }
+
+}  // namespace
+
+// The component behind all engines is one; a test begins and ends with nothing open.
+Driver::Driver() { engine.CloseAll(); }
+Driver::~Driver() { engine.CloseAll(); }
+
+int Driver::Error() { return *engine.ErrorCode().Int16(); }
+
+void Driver::New(std::string_view title) {
+  std::wstring name = Path();
+  std::wstring wide = ToWide(title);
+  engine.CmdNewOrvDB(name, wide);
+}
+
+void Driver::AddFields(std::wstring_view steps, int count, int f) {
+  std::wstring path = Path(steps);
+  std::int16_t number = Int16(count);
+  std::int16_t first = Int16(f);
+  engine.CmdAddFld(path, number, first);
+}
+
+void Driver::DeleteField(std::wstring_view steps, int f) {
+  std::wstring path = Path(steps);
+  std::int16_t field = Int16(f);
+  engine.CmdDelFld(path, field);
+}
+
+void Driver::AddRecords(std::wstring_view steps, int count, int row) {
+  std::wstring path = Path(steps);
+  std::int32_t number = count;
+  std::int32_t first = row;
+  engine.CmdAddRecord(path, number, first);
+}
+
+void Driver::Set(std::wstring_view steps, int r, int f, std::string_view text) {
+  std::wstring path = Path(steps);
+  std::wstring value = ToWide(text);
+  std::int32_t record = r;
+  std::int16_t field = Int16(f);
+  engine.SetCellValue(value, path, record, field);
+}
+
+std::string Driver::Get(std::wstring_view steps, int r, int f) {
+  std::wstring path = Path(steps);
+  std::int32_t record = r;
+  std::int16_t field = Int16(f);
+  Boolean isMtx = Boolean::kFalse;
+  Boolean frml = Boolean::kFalse;
+  return ToBytes(engine.GetCellValue(path, record, field, isMtx, frml));
+}
+
+bool Driver::HoldsMatrix(std::wstring_view steps, int r, int f) {
+  std::wstring path = Path(steps);
+  std::int32_t record = r;
+  std::int16_t field = Int16(f);
+  Boolean isMtx = Boolean::kFalse;
+  Boolean frml = Boolean::kFalse;
+  engine.GetCellValue(path, record, field, isMtx, frml);
+  return IsTrue(isMtx);
+}
+
+void Driver::Put(std::wstring_view steps, int r, int f, std::string_view title) {
+  std::wstring path = Path(steps);
+  std::wstring name = ToWide(title);
+  std::int32_t record = r;
+  std::int16_t field = Int16(f);
+  engine.PutMatrix(path, record, field, name);
+}
+
+std::string Driver::Title(std::wstring_view steps) {
+  std::wstring path = Path(steps);
+  return ToBytes(engine.GetTitle(path));
+}
+
+void Driver::SetTitle(std::wstring_view steps, std::string_view title) {
+  std::wstring path = Path(steps);
+  std::wstring value = ToWide(title);
+  engine.SetTitle(value, path);
+}
+
+int Driver::Records(std::wstring_view steps) {
+  std::wstring path = Path(steps);
+  return engine.Records(path);
+}
+
+int Driver::Fields(std::wstring_view steps) {
+  std::wstring path = Path(steps);
+  return engine.Fields(path);
+}
+
+int Driver::Id(std::wstring_view steps, int r, int f) {
+  std::wstring path = Path(steps);
+  std::int32_t record = r;
+  std::int16_t field = Int16(f);
+  return engine.GetID(path, record, field);
+}
+
+void Driver::ReBit(std::wstring_view steps, int r, int f, int b) {
+  std::wstring path = Path(steps);
+  std::int32_t record = r;
+  std::int16_t field = Int16(f);
+  std::int16_t form = Int16(b);
+  engine.ReBit(path, record, field, form);
+}
+
+void Driver::SetType(std::wstring_view steps, int r, int f, std::string_view prop,
+                     std::string_view value) {
+  std::wstring path = Path(steps);
+  std::int32_t record = r;
+  std::int16_t field = Int16(f);
+  std::wstring name = ToWide(prop);
+  std::wstring text = ToWide(value);
+  engine.SetTypeValue(path, record, field, name, text);
+}
+
+std::string Driver::Type(std::wstring_view steps, int r, int f, std::string_view prop) {
+  std::wstring path = Path(steps);
+  std::int32_t record = r;
+  std::int16_t field = Int16(f);
+  std::wstring name = ToWide(prop);
+  Boolean frml = Boolean::kFalse;
+  return ToBytes(engine.GetTypeValue(path, record, field, name, frml));
+}
+
+int Driver::Kind() {
+  std::wstring path = Path();
+  return engine.IsORVorDBF(path);
+}
+
+void Driver::InsertTop() {
+  std::wstring path = Path();
+  engine.InsFirstLvlMtx(path);
+}
+
+void Driver::CloseAll() { engine.CloseAll(); }
+
+}  // namespace orv::test
