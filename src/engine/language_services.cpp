@@ -21,27 +21,39 @@ constexpr std::string_view kFormula = "comp";
 /// The cells of one field of a container matrix; conditions test them record by record.
 class FieldColumn final : public command::Column {
  public:
-  FieldColumn(Storage& storage, const Location& at, std::int32_t descriptor)
-      : storage_(storage), at_(at), reader_(*at.file, at.position, descriptor, &storage.types) {}
+  FieldColumn(LanguageServices& services, Storage& storage, const std::wstring& path,
+              std::int16_t field, const Location& at, std::int32_t descriptor)
+      : services_(services),
+        storage_(storage),
+        path_(path),
+        field_(field),
+        at_(at),
+        reader_(*at.file, at.position, descriptor, &storage.types) {}
 
-  std::string_view Text(std::int32_t record, std::string& room) override {
-    const std::string_view text = reader_.Read(record);
-    if (at_.file->Owns(text)) return text;
-    room = text;
-    return room;
+  std::string_view Text(std::int32_t record) override {
+    storage_.error.Clear();
+    read_ = record;
+    if (record >= 1) return reader_.Read(record);
+    services_.ReadCell(path_, record, field_, false, name_);  // names and refused records
+    return name_;
   }
 
   std::string_view TypeName(std::int32_t record) override {
-    reader_.Read(record);
+    if (record < 1 || record != read_) return services_.CellTypeName(path_, record, field_);
     const std::int16_t type = storage::DecodeCellCode(reader_.code()).type;
     const TypeProperty* name = storage_.types.Find(*at_.file, at_.position, type, kTypeName);
     return name == nullptr ? std::string_view() : std::string_view(name->text);
   }
 
  private:
+  LanguageServices& services_;
   Storage& storage_;
+  std::wstring path_;
+  std::int16_t field_;
   Location at_;
   FieldReader reader_;
+  std::int32_t read_ = 0;  ///< the record read last
+  std::string name_;
 };
 
 }  // namespace
@@ -93,7 +105,7 @@ std::unique_ptr<command::Column> LanguageServices::OpenColumn(const std::wstring
   if (storage_.error.IsSet() || !at.IsMatrix() || at.IsView()) return nullptr;
   const std::int32_t descriptor = storage_.fields.GetFieldPos(at.position, field, *at.file);
   if (descriptor < 1) return nullptr;
-  return std::make_unique<FieldColumn>(storage_, at, descriptor);
+  return std::make_unique<FieldColumn>(*this, storage_, path, field, at, descriptor);
 }
 
 double LanguageServices::ReadSubscript(const std::wstring& expression,
