@@ -72,12 +72,17 @@ void CellNode::Evaluate(const Context& context, FastValue& value) {
 }
 
 void CellNode::Read(const Context& context, std::int32_t record, FastValue& value) {
-  if (column_ != nullptr) {
-    const std::string_view text = column_->Text(record);
+  storage::ErrorCode& errorCode = services_.Error();
+  if (column_ != nullptr && record >= 1) {
+    errorCode.Clear();
+    const std::string_view text = column_->Text(record, room_);
     return value.SetText(text, TypeOf(column_->TypeName(record)), true);
   }
   services_.ReadCell(context.path, record, field_, false, room_);
-  value.SetText(room_, TypeOf(services_.CellTypeName(context.path, record, field_)), true);
+  const std::int16_t typeCode = errorCode.IsSet()
+                                    ? type::kString
+                                    : TypeOf(services_.CellTypeName(context.path, record, field_));
+  value.SetText(room_, typeCode, true);
 }
 
 std::int16_t CellNode::TypeOf(std::string_view name) {

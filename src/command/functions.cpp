@@ -69,10 +69,14 @@ std::optional<Whole> WholeNumber(const Value& argument) {
 
 CallKind GiveCell(const Work& work, const std::wstring& path, const CellReference& cell,
                   bool formula) {
+  Services& services = work.services();
   std::string& text = work.value.text;
-  work.services().ReadCell(path, cell.record, cell.field, formula, text);
+  services.ReadCell(path, cell.record, cell.field, formula, text);
   text.insert(0, 1, kQuote) += kQuote;
-  work.value.type = storage::TypeCode(work.services().CellTypeName(path, cell.record, cell.field));
+  // What could not be read has no type, and asking for one would lose the error code.
+  work.value.type = services.Error().IsSet()
+                        ? type::kVariant
+                        : storage::TypeCode(services.CellTypeName(path, cell.record, cell.field));
   return CallKind::kValue;
 }
 

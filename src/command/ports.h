@@ -10,16 +10,16 @@
 
 namespace orv::command {
 
-/// The cells of one field of one matrix, found once and then read record by record. Each call gives
-/// what the call of Services with the same path, field and formula flag false gives, failures and
-/// error codes included. A column must not outlive the structures it was found in: whoever holds
-/// one drops it before anything is written.
+/// The cells of one field of one matrix, found once and then read record by record, for records
+/// from 1 on. Each call gives what the call of Services with the same path, field and formula flag
+/// false gives, failures included; the caller clears the error code. A column must not outlive the
+/// structures it was found in: whoever holds one drops it before anything is written.
 class Column {
  public:
   virtual ~Column() = default;
-  /// The view is valid until the next call of Text on this column; calls on other columns leave it
-  /// alone.
-  virtual std::string_view Text(std::int32_t record) = 0;
+  /// The view is valid until the next call of Text on this column or change of `room`, which the
+  /// column may use to put the text together; calls on other columns leave it alone.
+  virtual std::string_view Text(std::int32_t record, std::string& room) = 0;
   /// As Services::CellTypeName.
   virtual std::string_view TypeName(std::int32_t record) = 0;
 };
@@ -34,11 +34,12 @@ class Services {
   /// Number of records (fields) of the matrix, or of the filtered view, that the path names.
   virtual std::int32_t Records(const std::wstring& path) = 0;
   virtual std::int32_t Fields(const std::wstring& path) = 0;
-  /// The text of a cell replaces `text`; with `formula` the cell's formula is evaluated.
+  /// The text of a cell replaces `text`; with `formula` the cell's formula is evaluated. The error
+  /// code is cleared first, as whenever a cell is read by its path.
   virtual void ReadCell(const std::wstring& path, std::int32_t record, std::int16_t field,
                         bool formula, std::string& text) = 0;
   /// The value of the property "type" of the cell's type, empty when it has none. The view is valid
-  /// until the next call. A missing property leaves the error code as it was.
+  /// until the next call. Not asked after a read that left an error code.
   virtual std::string_view CellTypeName(const std::wstring& path, std::int32_t record,
                                         std::int16_t field) = 0;
   /// The first record from record 1 on whose field holds exactly the value, letter case counting;

@@ -31,6 +31,9 @@ class ExpressionMaker {
     return Pick(3) == 0 ? "(" + text + ")" : text;
   }
 
+  /// Lets records below 1 come up.
+  void AllowStrangeRecords() { strange_ = true; }
+
   int Pick(int n) { return std::uniform_int_distribution<int>(0, n - 1)(random_); }
 
  private:
@@ -62,7 +65,10 @@ class ExpressionMaker {
     return kNames[Pick(14)];
   }
 
-  std::string Record() { return Pick(3) == 0 ? "rec" : std::to_string(1 + Pick(records_)); }
+  std::string Record() {
+    if (strange_ && Pick(30) == 0) return Pick(2) == 0 ? "-1" : "0";
+    return Pick(3) == 0 ? "rec" : std::to_string(1 + Pick(records_));
+  }
 
   std::string Cell() {
     return "cell(" + Record() + "," + Blank() + std::to_string(1 + Pick(fields_)) + ")";
@@ -100,6 +106,7 @@ class ExpressionMaker {
   std::mt19937_64 random_;
   int records_;
   int fields_;
+  bool strange_ = false;
 };
 
 inline const std::string& HostileText(std::size_t index) {
