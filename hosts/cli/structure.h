@@ -1,0 +1,23 @@
+// Building files and fields, shared by the commands that create something.
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+#include "cli/matrix.h"
+#include "cli/target.h"
+
+namespace orv::cli {
+
+/// Creates a container file with one matrix. Asks before it overwrites; throws `Failure`.
+void CreateFile(const Target& target, const std::wstring& title);
+
+/// Adds fields with these names so that the first gets number `at`.
+void AddNamedFields(Matrix& matrix, const std::vector<std::wstring>& names, std::int16_t at);
+
+/// Where new fields may go: 1 to the field count plus 1, but not the last field, which the engine
+/// would reset instead of moving it. 0 means behind the last one. Throws `BadUsage`.
+std::int16_t FieldInsertPosition(Matrix& matrix, std::int32_t asked);
+
+}  // namespace orv::cli

@@ -1,0 +1,46 @@
+#include "cli/target.h"
+
+#include "cli/failure.h"
+#include "cli/utf8.h"
+
+namespace orv::cli {
+
+std::wstring WideArgument(std::string_view argument) {
+  std::optional<std::wstring> text = FromUtf8(argument);
+  if (!text) throw BadUsage("an argument is not valid UTF-8");
+  return *std::move(text);
+}
+
+std::vector<std::wstring> WideArguments(const std::vector<std::string>& arguments) {
+  std::vector<std::wstring> texts;
+  for (const std::string& argument : arguments) texts.push_back(WideArgument(argument));
+  return texts;
+}
+
+Target::Target(std::string_view file, std::string_view steps)
+    : file_(WideArgument(file)), steps_(WideArgument(steps)) {
+  if (!steps_.empty() && steps_.front() != L'/') {
+    throw BadUsage("steps begin with \"/\": \"" + std::string(steps) + "\"");
+  }
+  if (file_.starts_with(L'"')) {
+    const std::size_t end = file_.find(L'"', 1);
+    if (end == std::wstring::npos) {
+      throw BadUsage("a matrix path needs a second double quote: " + std::string(file));
+    }
+    steps_.insert(0, file_, end + 1);
+    file_ = file_.substr(1, end - 1);
+  }
+  if (file_.empty()) throw BadUsage("the file name is empty");
+  if (file_.find(L'"') != std::wstring::npos) {
+    throw BadUsage("a file name cannot hold a double quote: " + std::string(file));
+  }
+}
+
+std::wstring CellPath(std::wstring_view matrix, std::int32_t record, std::int32_t field) {
+  return std::wstring(matrix) + L"/[" + std::to_wstring(record) + L"," + std::to_wstring(field) +
+         L"]";
+}
+
+std::wstring PropertyPath(std::wstring_view matrix) { return std::wstring(matrix) + L"/#"; }
+
+}  // namespace orv::cli
