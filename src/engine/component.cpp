@@ -7,10 +7,16 @@ Component& Component::Instance() {
   return component;
 }
 
-Component::Component() : language(storage) {
+Component::Component()
+    : language(storage),
+      search(storage),
+      sort(storage),
+      filterBuilder_(storage, language.evaluator(), filters) {
   storage.ports.dbase = &dbase_;
+  storage.ports.filters = &filters;
   storage.ports.subscripts = &language;
   storage.ports.formulas = &language;
+  filters.SetBuilder(&filterBuilder_);
 }
 
 }  // namespace orv::engine

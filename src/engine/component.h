@@ -3,6 +3,10 @@
 
 #include "engine/language_services.h"
 #include "exchange/dbase.h"
+#include "query/filter_builder.h"
+#include "query/filter_class.h"
+#include "query/search.h"
+#include "query/sort_class.h"
 #include "storage/storage.h"
 
 namespace orv::engine {
@@ -15,11 +19,15 @@ class Component {
 
   storage::Storage storage;
   LanguageServices language;
+  query::FilterClass filters;
+  query::Search search;
+  query::SortClass sort;
 
  private:
   Component();
 
   exchange::DbaseTables dbase_;
+  query::FilterBuilder filterBuilder_;
 };
 
 }  // namespace orv::engine

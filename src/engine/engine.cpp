@@ -33,7 +33,9 @@ Engine::Engine() { Component::Instance(); }
 
 void Engine::UnloadServer() {}
 
-void Engine::SortData(std::wstring&, std::int16_t&) { CallMember(SetNotThere); }
+void Engine::SortData(std::wstring& Pth, std::int16_t& f) {
+  CallMember([&](Component& component) { component.sort.SortData(Pth, f); });
+}
 
 Value Engine::dBASEFldSize(std::wstring& Pth, std::int16_t& f) {
   return CallMember(Value(), [&](Component& component) {
@@ -109,20 +111,33 @@ std::wstring Engine::GetCellValue(std::wstring& p, std::int32_t& Rec, std::int16
   return text;
 }
 
-std::int32_t Engine::MtxFindFirst(std::wstring&, std::int32_t&, std::int16_t&, std::wstring&,
-                                  std::int16_t&, Boolean&, std::int16_t&, Boolean&) {
-  CallMember(SetNotThere);
-  return -1;
+std::int32_t Engine::MtxFindFirst(std::wstring& Pth, std::int32_t& Rec, std::int16_t& Fld,
+                                  std::wstring& Vlu, std::int16_t& Region, Boolean& inCell,
+                                  std::int16_t& Direct, Boolean& Register) {
+  return CallMember(query::Search::kNotFound, [&](Component& component) {
+    const std::string value = ToBytes(Vlu);
+    query::FindRequest request{.record = Rec,
+                               .field = Fld,
+                               .value = value,
+                               .region = Region,
+                               .inCell = IsTrue(inCell),
+                               .direction = Direct,
+                               .caseMatters = IsTrue(Register)};
+    const std::int32_t found = component.search.MtxFindFirst(Pth, request);
+    Fld = request.field;
+    if (request.caseMatters) Register = Boolean::kTrue;
+    return found;
+  });
 }
 
-std::int32_t Engine::MtxFindMin(std::wstring&, std::int16_t&) {
-  CallMember(SetNotThere);
-  return -1;
+std::int32_t Engine::MtxFindMin(std::wstring& Pth, std::int16_t& Col) {
+  return CallMember(query::Search::kNotFound,
+                    [&](Component& component) { return component.search.MtxFindMin(Pth, Col); });
 }
 
-std::int32_t Engine::MtxFindMax(std::wstring&, std::int16_t&) {
-  CallMember(SetNotThere);
-  return -1;
+std::int32_t Engine::MtxFindMax(std::wstring& Pth, std::int16_t& Col) {
+  return CallMember(query::Search::kNotFound,
+                    [&](Component& component) { return component.search.MtxFindMax(Pth, Col); });
 }
 
 void Engine::SetTypeValue(std::wstring& Pth, std::int32_t& r, std::int16_t& f, std::wstring& Prop,

@@ -3,6 +3,7 @@
 #include "command/statements.h"
 #include "command/subscript.h"
 #include "engine/record_members.h"
+#include "query/search.h"
 #include "storage/cell_code.h"
 #include "storage/field_reader.h"
 
@@ -90,13 +91,7 @@ std::string_view LanguageServices::CellTypeName(const std::wstring& path, std::i
 
 std::int32_t LanguageServices::FindFirst(const std::wstring& path, std::int16_t field,
                                          std::string_view value) {
-  const Location at = storage_.resolver.ResolvePath(path);
-  const std::int32_t records = storage_.error.IsSet() ? 0 : storage_.RecordCount(at);
-  for (std::int32_t r = 1; r <= records; ++r) {
-    bool isMtx = false;
-    if (storage_.cells.ReadCell(at, r, field, isMtx) == value) return r;
-  }
-  return -1;
+  return query::Search(storage_).FindEqual(path, field, value);
 }
 
 std::unique_ptr<command::Column> LanguageServices::OpenColumn(const std::wstring& path,

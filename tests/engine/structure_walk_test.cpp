@@ -1,0 +1,91 @@
+// The structural walk itself: it accepts what the engine writes and finds what is wrong.
+#include "support/structure_walk.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "support/container_bytes.h"
+#include "support/driver.h"
+
+namespace orv {
+namespace {
+
+using test::ContainerBytes;
+using test::WalkStructures;
+
+class StructureWalkTest : public testing::Test {
+ protected:
+  void SetUp() override {
+    db_.New("root");
+    db_.AddFields(L"", 2, 1);
+    db_.AddRecords(L"", 3, 1);
+    db_.Set(L"", 1, 1, "one");
+    db_.Set(L"", 2, 1, "two");
+    db_.Put(L"", 3, 2, "nested");
+    db_.AddFields(L"/[3,2]", 1, 1);
+    ASSERT_EQ(db_.Error(), 0);
+    db_.CloseAll();
+  }
+  ContainerBytes Bytes() const { return ContainerBytes(db_.Bytes()); }
+  static std::string Problems(const ContainerBytes& file) {
+    return WalkStructures(file.bytes()).Text();
+  }
+
+  test::Driver db_;
+};
+
+TEST_F(StructureWalkTest, ASoundFileHasNoProblems) {
+  const test::StructureWalk walk = WalkStructures(db_.Bytes());
+  EXPECT_EQ(walk.Text(), "");
+  EXPECT_EQ(walk.matrices, 2U);
+  EXPECT_EQ(walk.fields, 3U);
+  EXPECT_EQ(walk.cells, 3U);
+  EXPECT_LE(walk.liveBytes, db_.Bytes().size());
+}
+
+TEST_F(StructureWalkTest, TwoPointersToOneCell) {
+  ContainerBytes file = Bytes();
+  const std::int64_t data = file.Int32(file.Descriptor(52, 1));
+  file.PutInt32(data + 8, file.Int32(data + 4));
+  EXPECT_THAT(Problems(file), testing::HasSubstr("overlaps"));
+}
+
+TEST_F(StructureWalkTest, ATextThatReachesIntoItsNeighbour) {
+  ContainerBytes file = Bytes();
+  file.PutByte(file.Cell(52, 1, 1) + 2, 4);
+  EXPECT_NE(Problems(file), "");
+}
+
+TEST_F(StructureWalkTest, PointersOutsideTheFile) {
+  for (const std::int64_t wild :
+       {std::int64_t{-1}, std::int64_t{1000000}, std::int64_t{INT32_MAX}}) {
+    ContainerBytes file = Bytes();
+    file.PutInt32(file.Int32(file.Descriptor(52, 1)) + 4, wild);
+    EXPECT_THAT(Problems(file), testing::HasSubstr("outside the file")) << wild;
+  }
+}
+
+TEST_F(StructureWalkTest, CountsThatDoNotAgree) {
+  ContainerBytes moreFields = Bytes();
+  moreFields.PutInt16(moreFields.FieldTable(52) + 4, 3);
+  EXPECT_THAT(Problems(moreFields), testing::HasSubstr("fewer slots"));
+  ContainerBytes fewerFields = Bytes();
+  fewerFields.PutInt16(fewerFields.FieldTable(52) + 4, 1);
+  EXPECT_THAT(Problems(fewerFields), testing::HasSubstr("does not agree"));
+  ContainerBytes fewerRecords = Bytes();
+  fewerRecords.PutInt32(fewerRecords.FieldTable(52), 2);
+  EXPECT_THAT(Problems(fewerRecords), testing::HasSubstr("behind the last record"));
+}
+
+TEST_F(StructureWalkTest, LoopsEnd) {
+  ContainerBytes chain = Bytes();
+  const std::int64_t data = chain.Int32(chain.Descriptor(52, 1));
+  chain.PutInt32(data + 4 + 3 * 4, data);
+  EXPECT_THAT(Problems(chain), testing::HasSubstr("loops"));
+  ContainerBytes matrix = Bytes();
+  matrix.PutInt32(matrix.Int32(matrix.Descriptor(52, 1)) + 4, 52);
+  EXPECT_THAT(Problems(matrix), testing::HasSubstr("overlaps"));
+}
+
+}  // namespace
+}  // namespace orv
