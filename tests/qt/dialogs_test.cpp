@@ -380,7 +380,7 @@ void DialogsTest::conversionShowsStepsAndResults() {
     shown.ShowResult(Step::kAnalysis, L"99% - Эфективность метода");
     shown.FinishStep(Step::kAnalysis);
     shown.RunStep(Step::kDictionary);
-    WhenBarReaches("CompressForm", 100, [&seen] {
+    WhenBarReaches("CompressForm", kLate, [&seen] {
       const auto text = [](const char* label) {
         return Part<QLabel>("CompressForm", label)->text();
       };
