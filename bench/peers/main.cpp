@@ -1,0 +1,78 @@
+// orv_bench_peers: the engine beside what its users might take instead, measured in one run.
+#include <regex>
+
+#include <CLI/CLI.hpp>
+
+#include "peers/report.h"
+#include "peers/workloads.h"
+
+namespace orv::bench {
+namespace {
+
+struct Options {
+  std::string json;
+  std::string only;
+  std::string folder;
+  std::int32_t records = 1000000;
+  int repetitions = 5;
+  bool processorTime = false;
+};
+
+std::vector<Planned> Plan(const std::string& only) {
+  std::vector<Planned> plan;
+  AddReadingWorkloads(plan);
+  AddWritingWorkloads(plan);
+  AddQueryWorkloads(plan);
+  AddOpeningWorkloads(plan);
+  AddDbaseWorkloads(plan);
+  if (only.empty()) return plan;
+  const std::regex wanted(only, std::regex::icase);
+  std::erase_if(plan, [&](const Planned& p) { return !std::regex_search(p.name, wanted); });
+  return plan;
+}
+
+Result RunOne(const Planned& planned, Stores& stores, const Options& options) {
+  const TimeKind time = options.processorTime ? TimeKind::kProcessor : TimeKind::kWall;
+  try {
+    return Run(planned.make(stores), options.repetitions, time);
+  } catch (const NotMeasured& failure) {
+    return {planned.name, "", {}, failure.what()};
+  }
+}
+
+bool RunAll(const Options& options) {
+  const BenchFolder folder(options.folder);
+  Stores stores(folder, options.records);
+  std::vector<Result> results;
+  PrintHeading(stdout);
+  for (const Planned& planned : Plan(options.only)) {
+    results.push_back(RunOne(planned, stores, options));
+    PrintResult(stdout, results.back());
+  }
+  if (!options.json.empty()) WriteJson(options.json, results);
+  return PrintSummary(stdout, results);
+}
+
+}  // namespace
+}  // namespace orv::bench
+
+int main(int argc, char** argv) {
+  orv::bench::Options options;
+  CLI::App app("The engine beside SQLite, LMDB, shapelib and a bare loop over the same bytes.");
+  app.add_option("--json", options.json, "write the results to this file");
+  app.add_option("--only", options.only, "run the workloads whose names match this expression");
+  app.add_option("--folder", options.folder, "make the tables below this directory");
+  app.add_option("--records", options.records, "records of the table")
+      ->check(CLI::Range(1000, 10000000));
+  app.add_option("--repetitions", options.repetitions, "passes of each entrant")
+      ->check(CLI::Range(1, 1000));
+  app.add_flag("--processor-time", options.processorTime,
+               "measure processor time instead of the wall's, on a busy machine");
+  CLI11_PARSE(app, argc, argv);
+  try {
+    return orv::bench::RunAll(options) ? 0 : 1;
+  } catch (const std::exception& failure) {
+    std::fprintf(stderr, "orv_bench_peers: %s\n", failure.what());
+    return 2;
+  }
+}

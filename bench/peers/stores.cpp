@@ -1,0 +1,76 @@
+#include <filesystem>
+
+#include "peers/workloads.h"
+
+namespace orv::bench {
+
+EngineTable& Stores::engine() {
+  if (engine_) return *engine_;
+  engine_ = std::make_unique<EngineTable>(File("table.orv"));
+  engine_->Load(records_);
+  return *engine_;
+}
+
+SqliteTable& Stores::Sqlite(std::unique_ptr<SqliteTable>& slot, const char* file,
+                            SqliteTable::Mode mode) {
+  if (slot) return *slot;
+  slot = std::make_unique<SqliteTable>(File(file), mode);
+  slot->Load(records_);
+  return *slot;
+}
+
+SqliteTable& Stores::sqliteDefault() {
+  return Sqlite(sqliteDefault_, "default.sqlite", SqliteTable::Mode::kDefault);
+}
+
+SqliteTable& Stores::sqliteTuned() {
+  return Sqlite(sqliteTuned_, "tuned.sqlite", SqliteTable::Mode::kTuned);
+}
+
+LmdbTable& Stores::lmdb() {
+  if (lmdb_) return *lmdb_;
+  lmdb_ = std::make_unique<LmdbTable>(File("table.lmdb"));
+  lmdb_->Load(records_);
+  return *lmdb_;
+}
+
+FloorTable& Stores::floor() {
+  if (floor_) return *floor_;
+  engine().Close();
+  std::filesystem::copy_file(File("table.orv"), File("floor.orv"));
+  floor_ = std::make_unique<FloorTable>(File("floor.orv"));
+  return *floor_;
+}
+
+EngineTable& Stores::styled() {
+  if (styled_) return *styled_;
+  engine().Close();
+  std::filesystem::copy_file(File("table.orv"), File("styled.orv"));
+  styled_ = std::make_unique<EngineTable>(File("styled.orv"));
+  return *styled_;
+}
+
+ShapelibTable& Stores::shapelib() {
+  if (shapelib_) return *shapelib_;
+  shapelib_ = std::make_unique<ShapelibTable>(File("shapelib.dbf"));
+  shapelib_->Load(dbaseRecords_);
+  return *shapelib_;
+}
+
+EngineTable& Stores::dbase() {
+  if (dbase_) return *dbase_;
+  shapelib();
+  std::filesystem::copy_file(File("shapelib.dbf"), File("table.dbf"));
+  dbase_ = std::make_unique<EngineTable>(File("table.dbf"));
+  return *dbase_;
+}
+
+FloorDbase& Stores::floorDbase() {
+  if (floorDbase_) return *floorDbase_;
+  shapelib();
+  std::filesystem::copy_file(File("shapelib.dbf"), File("floor.dbf"));
+  floorDbase_ = std::make_unique<FloorDbase>(File("floor.dbf"));
+  return *floorDbase_;
+}
+
+}  // namespace orv::bench

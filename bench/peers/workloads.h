@@ -1,0 +1,71 @@
+// All workloads, over one set of stores.
+#pragma once
+
+#include <algorithm>
+#include <functional>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "peers/bench_folder.h"
+#include "peers/engine_table.h"
+#include "peers/floor_table.h"
+#include "peers/lmdb_table.h"
+#include "peers/shapelib_table.h"
+#include "peers/sqlite_table.h"
+#include "peers/workload.h"
+
+namespace orv::bench {
+
+/// The stores of a run, each holding the same table. Made when a workload first asks, so that a run
+/// of few workloads builds little; all files lie in the run's own folder.
+class Stores {
+ public:
+  Stores(const BenchFolder& folder, std::int32_t records)
+      : folder_(folder), records_(records), dbaseRecords_(std::max(records / 5, 1)) {}
+
+  std::int32_t records() const { return records_; }
+  std::int32_t dbaseRecords() const { return dbaseRecords_; }
+  std::string File(const std::string& name) const { return folder_.File(name); }
+
+  EngineTable& engine();
+  SqliteTable& sqliteDefault();
+  SqliteTable& sqliteTuned();
+  LmdbTable& lmdb();
+  FloorTable& floor();
+  /// A copy of the table with letters in fixed cells and cities and words in dictionaries.
+  EngineTable& styled();
+  ShapelibTable& shapelib();
+  EngineTable& dbase();
+  FloorDbase& floorDbase();
+
+ private:
+  SqliteTable& Sqlite(std::unique_ptr<SqliteTable>& slot, const char* file, SqliteTable::Mode mode);
+
+  const BenchFolder& folder_;
+  std::int32_t records_;
+  std::int32_t dbaseRecords_;
+  std::unique_ptr<EngineTable> engine_;
+  std::unique_ptr<SqliteTable> sqliteDefault_;
+  std::unique_ptr<SqliteTable> sqliteTuned_;
+  std::unique_ptr<LmdbTable> lmdb_;
+  std::unique_ptr<FloorTable> floor_;
+  std::unique_ptr<EngineTable> styled_;
+  std::unique_ptr<ShapelibTable> shapelib_;
+  std::unique_ptr<EngineTable> dbase_;
+  std::unique_ptr<FloorDbase> floorDbase_;
+};
+
+/// A workload that is made when it is its turn.
+struct Planned {
+  std::string name;
+  std::function<Workload(Stores&)> make;
+};
+
+void AddReadingWorkloads(std::vector<Planned>& plan);
+void AddWritingWorkloads(std::vector<Planned>& plan);
+void AddQueryWorkloads(std::vector<Planned>& plan);
+void AddOpeningWorkloads(std::vector<Planned>& plan);
+void AddDbaseWorkloads(std::vector<Planned>& plan);
+
+}  // namespace orv::bench
