@@ -36,6 +36,12 @@ File::~File() { Settle(); }
 void File::Settle() noexcept {
   if (extended_ && !Faulted()) mapping_->Trim(length_);
   extended_ = false;
+  FollowMapping();
+}
+
+void File::FollowMapping() noexcept {
+  base_ = mapping_->base();
+  length_ = std::min(length_, mapping_->size());
 }
 
 std::string_view File::ClippedView(std::int64_t position, std::int64_t count) const {
@@ -69,6 +75,7 @@ void File::Grow(std::int64_t position, std::int64_t count) {
     try {
       mapping_->Extend(WithStep(needed));
     } catch (const RunTimeFailure& failure) {
+      FollowMapping();
       if (failure.number() != RunTimeError::kDiskFull) throw;
       mapping_->Extend(needed);  // near a full disk the step shrinks to what is needed
     }
@@ -81,6 +88,7 @@ void File::Grow(std::int64_t position, std::int64_t count) {
 void File::RefreshLength() {
   if (extended_) return;  // the file is ours to grow; its end is where we put it
   mapping_->Refresh();
+  base_ = mapping_->base();
   length_ = mapping_->size();
 }
 

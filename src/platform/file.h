@@ -102,6 +102,8 @@ class File {
     if (!Contains(position, count)) Grow(position, count);
   }
   void Grow(std::int64_t position, std::int64_t count);
+  /// Takes notice of where the mapping lies after a change of its size.
+  void FollowMapping() noexcept;
 
   std::unique_ptr<Mapping> mapping_;
   std::unique_ptr<FileMemory> memory_;

@@ -2,6 +2,7 @@
 
 #include <cstring>
 #include <filesystem>
+#include <fstream>
 #include <map>
 #include <vector>
 
@@ -178,7 +179,8 @@ TEST_F(FileTest, TwoOpeningsSeeOneAnothersWrites) {
 TEST_F(FileTest, RefreshingTakesNoticeOfALengthThatAnotherProgramChanged) {
   test::WriteBytes(name_, "abc");
   const auto file = Open();
-  test::WriteBytes(name_, "abcdef");
+  std::ofstream(std::filesystem::path(NativeName(name_)), std::ios::binary | std::ios::app)
+      << "def";
   EXPECT_EQ(file->Length(), 3);
   file->RefreshLength();
   EXPECT_EQ(file->View(1, 6), "abcdef");

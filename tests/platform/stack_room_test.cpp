@@ -8,7 +8,7 @@
 namespace orv::platform {
 namespace {
 
-#ifdef __linux__
+#if defined(__linux__) || defined(_WIN32)
 // Not inlined: the point is the frame of its own.
 [[gnu::noinline]] std::size_t RoomBelow(int levels) {
   volatile char frame[4096];

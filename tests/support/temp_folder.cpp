@@ -1,23 +1,33 @@
 #include "support/temp_folder.h"
 
-#include <cstdlib>
 #include <fstream>
 #include <iterator>
+#include <random>
 #include <stdexcept>
+#include <string>
 
 #include "platform/file_names.h"
 
 namespace orv::test {
 namespace {
 
+#ifdef _WIN32
+std::filesystem::path NativePath(const std::wstring& name) { return name; }
+#else
 std::filesystem::path NativePath(const std::wstring& name) { return platform::NativeName(name); }
+#endif
 
 }  // namespace
 
 TempFolder::TempFolder() {
-  std::string name = (std::filesystem::temp_directory_path() / "orv-test-XXXXXX").string();
-  if (mkdtemp(name.data()) == nullptr) throw std::runtime_error("no temporary folder");
-  path_ = name;
+  constexpr int kAttempts = 100;
+  std::random_device random;
+  for (int attempt = 0; attempt < kAttempts; ++attempt) {
+    path_ = std::filesystem::temp_directory_path() / ("orv-test-" + std::to_string(random()));
+    // False when the folder is there already: somebody else's.
+    if (std::filesystem::create_directory(path_)) return;
+  }
+  throw std::runtime_error("no temporary folder");
 }
 
 TempFolder::~TempFolder() {
