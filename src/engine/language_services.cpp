@@ -31,16 +31,13 @@ class FieldColumn final : public command::Column {
         at_(at),
         reader_(*at.file, at.position, descriptor, &storage.types) {}
 
-  std::string_view Text(std::int32_t record) override {
-    storage_.error.Clear();
+  std::string_view Text(std::int32_t record, std::string& /*room*/) override {
     read_ = record;
-    if (record >= 1) return reader_.Read(record);
-    services_.ReadCell(path_, record, field_, false, name_);  // names and refused records
-    return name_;
+    return reader_.Read(record);
   }
 
   std::string_view TypeName(std::int32_t record) override {
-    if (record < 1 || record != read_) return services_.CellTypeName(path_, record, field_);
+    if (record != read_) return services_.CellTypeName(path_, record, field_);
     const std::int16_t type = storage::DecodeCellCode(reader_.code()).type;
     const TypeProperty* name = storage_.types.Find(*at_.file, at_.position, type, kTypeName);
     return name == nullptr ? std::string_view() : std::string_view(name->text);
@@ -54,7 +51,6 @@ class FieldColumn final : public command::Column {
   Location at_;
   FieldReader reader_;
   std::int32_t read_ = 0;  ///< the record read last
-  std::string name_;
 };
 
 }  // namespace
@@ -97,7 +93,9 @@ std::int32_t LanguageServices::FindFirst(const std::wstring& path, std::int16_t 
 std::unique_ptr<command::Column> LanguageServices::OpenColumn(const std::wstring& path,
                                                               std::int16_t field) {
   const Location at = storage_.resolver.ResolvePath(path);
-  if (storage_.error.IsSet() || !at.IsMatrix() || at.IsView()) return nullptr;
+  const bool isPlain = !storage_.error.IsSet() && at.IsMatrix() && !at.IsView();
+  storage_.error.Clear();  // whoever reads the cell itself meets the failure again
+  if (!isPlain || field < 1 || field > storage_.FieldCount(at)) return nullptr;
   const std::int32_t descriptor = storage_.fields.GetFieldPos(at.position, field, *at.file);
   if (descriptor < 1) return nullptr;
   return std::make_unique<FieldColumn>(*this, storage_, path, field, at, descriptor);
