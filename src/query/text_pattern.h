@@ -4,7 +4,6 @@
 #include <array>
 #include <cstddef>
 #include <cstdint>
-#include <cstring>
 #include <string>
 #include <string_view>
 
@@ -27,9 +26,8 @@ class TextPattern {
 
  private:
   bool Equals(std::string_view text) const {
-    if (text.size() != value_.size()) return false;
-    return caseMatters_ ? std::memcmp(text.data(), value_.data(), text.size()) == 0
-                        : EqualsFolded(text.data(), text.size());
+    if (caseMatters_) return text == value_;
+    return text.size() == value_.size() && EqualsFolded(text.data(), text.size());
   }
   /// Whether `size` bytes, lower-cased, are those that the value begins with.
   bool EqualsFolded(const char* text, std::size_t size) const;
