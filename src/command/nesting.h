@@ -11,7 +11,7 @@ namespace orv::command {
 /// The number of evaluations that may be under way inside one another.
 inline constexpr std::size_t kMostNested = 1000;
 /// What one more evaluation, and the storage calls below it, may need of the stack.
-inline constexpr std::size_t kStackReserve = 128 * 1024;
+inline constexpr std::size_t kStackReserve = std::size_t{128} * 1024;
 
 /// One level of nesting, held while an evaluation runs. Raises 28 instead of entering a level too
 /// deep, so that no text, however nested, overruns the stack.

@@ -20,7 +20,7 @@ class Column {
   /// The view is valid until the next call of Text on this column or change of `room`, which the
   /// column may use to put the text together; calls on other columns leave it alone.
   virtual std::string_view Text(std::int32_t record, std::string& room) = 0;
-  /// As Services::CellTypeName.
+  /// As Services::CellTypeName, for the record that was read last.
   virtual std::string_view TypeName(std::int32_t record) = 0;
 };
 

@@ -10,7 +10,17 @@ namespace orv::command {
 
 /// The type codes that the language adds to those of the cells.
 namespace type {
-using namespace storage::type;
+using storage::type::kCurrency;
+using storage::type::kDateTime;
+using storage::type::kFile;
+using storage::type::kImage;
+using storage::type::kInteger;
+using storage::type::kLogic;
+using storage::type::kNumber;
+using storage::type::kPath;
+using storage::type::kReal;
+using storage::type::kString;
+using storage::type::kVariant;
 inline constexpr std::int16_t kCellReference = 5;
 inline constexpr std::int16_t kError = 255;
 }  // namespace type

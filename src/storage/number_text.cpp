@@ -59,7 +59,7 @@ Literal FindLiteral(std::string_view text) {
 // Whether a number out of range is too great rather than too small: the place of its first
 // significant digit, exponent counted in, decides.
 bool IsTooGreat(const Literal& literal) {
-  long long place = 0;
+  std::int64_t place = 0;
   bool seen = false;
   bool afterPoint = false;
   const char* at = literal.first;
@@ -75,7 +75,7 @@ bool IsTooGreat(const Literal& literal) {
   if (at == literal.end) return place > 0;
   ++at;
   if (at != literal.end && *at == '+') ++at;
-  long long exponent = 0;
+  std::int64_t exponent = 0;
   const auto result = std::from_chars(at, literal.end, exponent);
   if (result.ec == std::errc::result_out_of_range) return *at != '-';
   return place + exponent > 0;
@@ -110,7 +110,7 @@ Number ReadLeading(std::string_view text) {
 
 template <typename Whole>
 void AppendWhole(std::string& text, Whole value) {
-  std::array<char, kNumberRoom> room;
+  std::array<char, kNumberRoom> room{};
   const auto result = std::to_chars(room.data(), room.data() + room.size(), value);
   text.append(room.data(), result.ptr);
 }
@@ -121,7 +121,7 @@ void AppendReal(std::string& text, Number value, Number wholeLimit, int digits) 
     AppendWhole(text, static_cast<std::int64_t>(value));
     return;
   }
-  std::array<char, kNumberRoom> room;
+  std::array<char, kNumberRoom> room{};
   const auto result = std::to_chars(room.data(), room.data() + room.size(), value,
                                     std::chars_format::general, digits);
   for (char* c = room.data(); c != result.ptr; ++c) {

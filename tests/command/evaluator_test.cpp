@@ -4,6 +4,10 @@
 
 #include <gtest/gtest.h>
 
+#ifdef __linux__
+#include <pthread.h>
+#endif
+
 #include "language_fixture.h"
 
 namespace orv::command::test {
@@ -217,6 +221,37 @@ TEST_F(NestingTest, TheEvaluatorGoesOnAfterwards) {
   EXPECT_EQ(RaisedBy(Nested("(", ")", 10000)), 28);
   EXPECT_EQ(Text("(1+2)*3"), "9");
 }
+
+#ifdef __linux__
+struct SmallStackRun {
+  Evaluator* evaluator;
+  const Context* context;
+  std::string expression;
+  int raised = 0;
+};
+
+void* EvaluateOnSmallStack(void* argument) {
+  auto& run = *static_cast<SmallStackRun*>(argument);
+  try {
+    run.evaluator->Evaluate(run.expression, *run.context);
+  } catch (const platform::RunTimeFailure& failure) {
+    run.raised = static_cast<int>(failure.number());
+  }
+  return nullptr;
+}
+
+TEST_F(NestingTest, ASmallStackIsErrorTwentyEightBeforeItIsOverrun) {
+  SmallStackRun run{&evaluator_, &context_, Nested("val(", ")", 900)};
+  pthread_attr_t attributes;
+  pthread_attr_init(&attributes);
+  ASSERT_EQ(pthread_attr_setstacksize(&attributes, 256 * 1024), 0);
+  pthread_t thread{};
+  ASSERT_EQ(pthread_create(&thread, &attributes, EvaluateOnSmallStack, &run), 0);
+  pthread_join(thread, nullptr);
+  pthread_attr_destroy(&attributes);
+  EXPECT_EQ(run.raised, 28);
+}
+#endif
 
 // A formula runs the language again from inside a cell read.
 class FormulaServices : public FakeServices {
