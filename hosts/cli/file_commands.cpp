@@ -7,7 +7,6 @@
 #include "cli/commands.h"
 #include "cli/info.h"
 #include "cli/matrix.h"
-#include "cli/session.h"
 #include "cli/structure.h"
 #include "cli/utf8.h"
 #include "cli/words.h"
@@ -30,9 +29,8 @@ void AddNew(CLI::App& app) {
       ->allow_extra_args(false);
   command.add_flag("--force", options->force, "overwrite an existing file without asking");
   command.callback([options] {
-    const ConsoleSession session(options->force);
     const Target target(options->file, "");
-    CreateFile(target, WideArgument(options->title));
+    CreateFile(target, WideArgument(options->title), options->force);
     Matrix matrix(target.Path());
     AddNamedFields(matrix, WideArguments(options->names), 1);
   });

@@ -4,13 +4,13 @@
 #include <iostream>
 #include <memory>
 #include <optional>
+#include <system_error>
 
 #include "cli/commands.h"
 #include "cli/failure.h"
 #include "cli/import_source.h"
 #include "cli/matrix.h"
 #include "cli/progress_bar.h"
-#include "cli/session.h"
 #include "cli/structure.h"
 #include "cli/utf8.h"
 #include "cli/words.h"
@@ -97,10 +97,15 @@ std::optional<CellStep> LastCellStep(const std::wstring& path) {
 // Makes sure that the matrix of the target is there.
 Matrix Destination(const ImportOptions& options) {
   const Target target = options.words.TargetOf();
+  std::error_code failure;
+  if (std::filesystem::equivalent(std::filesystem::path(WideArgument(options.source)),
+                                  target.File(), failure)) {
+    throw BadUsage("a file cannot be imported into itself");
+  }
   const bool fileExists = std::filesystem::exists(target.File());
   if (!fileExists || (options.force && target.steps().empty())) {
     if (!target.steps().empty()) throw Failure(ErrorSentence(target.Path(), 53));
-    CreateFile(target, TitleOf(options));
+    CreateFile(target, TitleOf(options), options.force);
     return Matrix(target.Path());
   }
   Matrix matrix(target.Path());
@@ -146,7 +151,6 @@ std::int64_t CopyRows(ImportSource& source, Matrix& matrix, std::int32_t first) 
 }
 
 void Import(const ImportOptions& options) {
-  const ConsoleSession session(options.force);
   const std::unique_ptr<ImportSource> source = OpenSource(options);
   Matrix matrix = Destination(options);
   const std::int32_t first = MakeRoom(matrix, *source, options.append);

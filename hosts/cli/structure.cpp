@@ -1,5 +1,6 @@
 #include "cli/structure.h"
 
+#include <filesystem>
 #include <limits>
 
 #include "cli/failure.h"
@@ -12,7 +13,10 @@ constexpr std::int16_t kTooManyFields = 6;
 
 }  // namespace
 
-void CreateFile(const Target& target, const std::wstring& title) {
+void CreateFile(const Target& target, const std::wstring& title, bool replace) {
+  if (replace && std::filesystem::is_regular_file(target.File())) {
+    std::filesystem::remove(target.File());
+  }
   Matrix matrix(target.FilePart());
   std::wstring file = target.FilePart();
   std::wstring name = title;

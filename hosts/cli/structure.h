@@ -10,8 +10,9 @@
 
 namespace orv::cli {
 
-/// Creates a container file with one matrix. Asks before it overwrites; throws `Failure`.
-void CreateFile(const Target& target, const std::wstring& title);
+/// Creates a container file with one matrix. An existing file is replaced when `replace` is set;
+/// otherwise the engine asks. Throws `Failure`.
+void CreateFile(const Target& target, const std::wstring& title, bool replace);
 
 /// Adds fields with these names so that the first gets number `at`.
 void AddNamedFields(Matrix& matrix, const std::vector<std::wstring>& names, std::int16_t at);
