@@ -42,7 +42,10 @@ FixedScan::Kind FixedScan::Choose() {
     return image_.empty() ? Kind::kNumberText : Kind::kNumber;
   }
   const auto size = static_cast<std::size_t>(std::max<std::int16_t>(format_.cellSize, 0));
-  if (!exact || pattern_.value().size() > size) return Kind::kText;
+  // A text read has no blanks around it.
+  const bool hasImage =
+      pattern_.value().size() <= size && platform::Trim(pattern_.value()) == pattern_.value();
+  if (!exact || !hasImage) return Kind::kText;
   image_ = storage::PaddedText(pattern_.value(), size);
   return Kind::kPaddedText;
 }
