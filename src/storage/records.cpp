@@ -83,9 +83,11 @@ void SetCellForm(std::int32_t matrix, std::int32_t r, std::int16_t f, std::int16
     return;
   }
   const std::int32_t descriptor = FindFieldDescriptor(file, matrix, f);
-  if (descriptor < 1 || StyleOf(descriptor, file).freeSize != free_size::kFree) return;
-  std::int32_t slot = 0;
-  const std::int32_t cell = GetCellPos(descriptor, r, file, slot, error);
+  if (descriptor < 1) return;
+  if (r > ContainerRecordCount(file, matrix)) Raise(RunTimeError::kSubscript);
+  if (StyleOf(descriptor, file).freeSize != free_size::kFree) return;
+  const ChainRun slot = FindChainRun(file, file.Int32At(descriptor), r, layout::kPointerBytes);
+  const std::int32_t cell = slot.count == 0 ? 0 : file.Int32At(slot.position);
   if (cell < 1 || cell > file.Length()) return;
   std::string buffer;
   std::int16_t word = 0;
@@ -100,7 +102,7 @@ void SetCellForm(std::int32_t matrix, std::int32_t r, std::int16_t f, std::int16
   AppendInteger(bytes, EncodeCellCode(parts));
   AppendTextPieces(bytes, std::int64_t{position} + layout::cell::kText, text, width);
   file.Write(position, bytes);
-  file.WriteInt32(slot, position);
+  file.WriteInt32(slot.position, position);
 }
 
 }  // namespace orv::storage

@@ -243,6 +243,28 @@ TEST_F(CellRoundTripTest, WhatReBitRefusesAndLeavesAlone) {
   EXPECT_EQ(db_.Bytes(), before);
 }
 
+TEST_F(CellRoundTripTest, ReBitOfARecordOutsideTheMatrixIs9) {
+  db_.ReBit(L"", 4, 1, 4);
+  EXPECT_EQ(db_.Error(), 9);
+}
+
+TEST_F(CellRoundTripTest, ACellBehindAShortDataChainIsAnEmptyCell) {
+  // Field 3 is given data by the insertion of two records only; records 4 and 5 lie behind it.
+  db_.AddFields(L"", 1, 3);
+  db_.AddRecords(L"", 2, 1);
+  db_.ReBit(L"", 5, 3, 4);
+  EXPECT_EQ(db_.Error(), 0);
+  EXPECT_EQ(db_.Id(L"", 5, 3), 0);
+  EXPECT_EQ(db_.Error(), 0);
+  db_.SetType(L"", 5, 3, "unit", "km");
+  EXPECT_EQ(db_.Error(), 0);
+  EXPECT_EQ(db_.Type(L"", 5, 3, "Unit"), "km");
+  db_.Put(L"", 4, 3, "nested");
+  EXPECT_EQ(db_.Error(), 0);
+  EXPECT_EQ(db_.Title(L"/[4,3]"), "nested");
+  ExpectSound();
+}
+
 class StyledCellTest : public testing::Test {
  protected:
   void SetUp() override {
