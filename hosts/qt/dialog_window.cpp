@@ -68,9 +68,9 @@ void DialogWindow::Update() {
     labels_[label]->setVisible(model.visible);
   }
   if (bar_ == nullptr) return;
-  // Qt shows a bar of no length as one that does not know how far it is.
+  // Qt shows a bar of no length as one that does not know how far it is; here it has not begun.
   bar_->setRange(dialog_.minimum(), std::max(dialog_.maximum(), dialog_.minimum() + 1));
-  bar_->setValue(dialog_.maximum() > dialog_.minimum() ? dialog_.value() : bar_->maximum());
+  bar_->setValue(std::min(dialog_.value(), dialog_.maximum()));
 }
 
 QLabel* DialogWindow::MakeLabel(std::size_t label) {

@@ -2,7 +2,6 @@
 
 #include <QApplication>
 #include <QComboBox>
-#include <QDir>
 #include <QElapsedTimer>
 #include <QLabel>
 #include <QMessageBox>
@@ -21,6 +20,7 @@
 #include "dialogs/export_data.h"
 #include "dialogs/message_boxes.h"
 #include "dialogs/progress.h"
+#include "qt/window_driver.h"
 
 namespace orv::qt {
 namespace {
@@ -34,90 +34,6 @@ using dialogs::Progress;
 constexpr int kRecords = 1000;
 constexpr int kEarly = 50;
 constexpr int kLate = 400;
-constexpr int kBetweenLooksMs = 5;
-constexpr int kMostLooks = 4000;
-
-QWidget* VisibleDialog(const QString& name) {
-  for (QWidget* const widget : QApplication::topLevelWidgets()) {
-    if (widget->isVisible() && widget->objectName() == name) return widget;
-  }
-  return nullptr;
-}
-
-QMessageBox* VisibleBox() { return qobject_cast<QMessageBox*>(QApplication::activeModalWidget()); }
-
-template <typename Widget>
-Widget* Part(const QString& dialog, const QString& part) {
-  QWidget* const window = VisibleDialog(dialog);
-  return window == nullptr ? nullptr : window->findChild<Widget*>(part);
-}
-
-void Click(QPushButton* button) {
-  QVERIFY2(button != nullptr, "there is no such button");
-  QVERIFY(button->isVisible());
-  QVERIFY(button->isEnabled());
-  QTest::mouseClick(button, Qt::LeftButton);
-}
-
-void Click(const QString& dialog, const QString& part) { Click(Part<QPushButton>(dialog, part)); }
-
-void ClickBox(const QString& button) {
-  QMessageBox* const box = VisibleBox();
-  QVERIFY2(box != nullptr, "there is no message box");
-  Click(box->findChild<QPushButton*>(button));
-}
-
-// Runs the action, once, as soon as the condition holds. It is looked at from the event loop, so
-// the action comes in the middle of whatever pumps events then: the work of a dialog, a message
-// box.
-void When(std::function<bool()> condition, std::function<void()> action, int looks = kMostLooks) {
-  QTimer::singleShot(kBetweenLooksMs, qApp, [=] {
-    if (condition()) {
-      action();
-    } else {
-      QVERIFY2(looks > 0, "what the test waits for does not come");
-      When(condition, action, looks - 1);
-    }
-  });
-}
-
-void WhenBox(std::function<void()> action) {
-  When([] { return VisibleBox() != nullptr && VisibleBox()->isVisible(); }, std::move(action));
-}
-
-void WhenBarReaches(const QString& dialog, int value, std::function<void()> action) {
-  When(
-      [=] {
-        const auto* const bar = Part<QProgressBar>(dialog, "bar");
-        return bar != nullptr && bar->value() >= value;
-      },
-      std::move(action));
-}
-
-void WhenEnabled(const QString& dialog, const QString& part, std::function<void()> action) {
-  When(
-      [=] {
-        const auto* const widget = Part<QWidget>(dialog, part);
-        return widget != nullptr && widget->isEnabled();
-      },
-      std::move(action));
-}
-
-// Saves the picture of a window and sees to it that something is painted on it.
-void TakePicture(QWidget* window, const QString& name) {
-  QVERIFY2(window != nullptr, "there is no window to take a picture of");
-  const QDir folder(QString(ORV_TEST_BUILD_DIR) + "/screenshots");
-  QVERIFY(folder.mkpath("."));
-  const QImage picture = window->grab().toImage();
-  int otherPixels = 0;
-  for (int y = 0; y < picture.height(); y++) {
-    for (int x = 0; x < picture.width(); x++) {
-      otherPixels += picture.pixel(x, y) != picture.pixel(0, 0);
-    }
-  }
-  QVERIFY2(otherPixels > 500, "the window is empty");
-  QVERIFY(picture.save(folder.filePath(name + ".png")));
-}
 
 // A loop over records as every long operation has one; a record takes a millisecond.
 int Walk(DialogModel& dialog, int records = kRecords) {
