@@ -45,8 +45,7 @@ class EntryWriter {
         type_(storage::FieldTypeNumber(descriptor_, file)),
         writer_(file, matrix, storage.types, storage.error),
         batch_(file) {
-    storage::MakeRoom(matrix, descriptor_, storage::ContainerRecordCount(file, matrix), file,
-                      storage.types);
+    storage::MakeRoom(matrix, descriptor_, file, storage.types);
   }
 
   void Write(std::int32_t entry, std::string_view text) {
@@ -103,7 +102,7 @@ bool DictionaryMatrix::FindList() {
   const Location list = storage_.resolver.ResolvePath(list_);
   if (storage_.error.value() == code::kNotAMatrix) storage_.error.Clear();
   if (Failed() || !list.IsMatrix()) return false;
-  const std::int32_t records = storage_.RecordCount(list);
+  const std::int32_t records = storage::ReadableRecordCount(*list.file, list.position);
   for (std::int32_t r = 1; r <= records && property_ == 0; ++r) {
     bool isMtx = false;
     const std::string_view name = storage_.cells.ReadCell(list, r, kNameField, isMtx);
@@ -124,8 +123,9 @@ bool DictionaryMatrix::IsShared() const {
   };
   const std::int16_t own = typeOf(storage_.fields.GetFieldPos(at.position, field_, file));
   const std::int16_t fields = storage_.fields.GetNumFld(at.position, file);
-  for (std::int16_t f = 1; f <= fields; ++f) {
-    const std::int32_t descriptor = storage::FindFieldDescriptor(file, at.position, f);
+  for (int f = 1; f <= fields; ++f) {
+    const std::int32_t descriptor =
+        storage::FindFieldDescriptor(file, at.position, static_cast<std::int16_t>(f));
     if (f == field_ || descriptor < 1) continue;
     if (storage::StyleOf(descriptor, file).freeSize == free_size::kDictionary &&
         typeOf(descriptor) == own) {
@@ -165,7 +165,7 @@ bool DictionaryMatrix::EnsureMatrix() {
     storage_.fields.SvrCmdAddFields(path, static_cast<std::int16_t>(kFields - fields),
                                     static_cast<std::int16_t>(fields + 1));
   }
-  present_ = storage::ContainerRecordCount(*at.file, matrix_);
+  present_ = storage::TrustedRecordCount(*at.file, matrix_);
   return !Failed() && (!reused || EnsureRecords(kLeastReusedRecords));
 }
 
@@ -188,7 +188,7 @@ void DictionaryMatrix::PlaceValues(const DistinctValues& values) {
 
 bool DictionaryMatrix::EnsureRecords(std::int32_t count) {
   File& file = *storage_.resolver.ResolvePath(path_).file;
-  const std::int32_t records = storage::ContainerRecordCount(file, matrix_);
+  const std::int32_t records = storage::TrustedRecordCount(file, matrix_);
   if (records < count) {
     storage::InsertRecords(matrix_, count - records, records + 1, file, storage_.types,
                            storage_.error);
@@ -215,7 +215,7 @@ bool DictionaryMatrix::Write(dialogs::CompressForm& form, const DistinctValues& 
     if (!isKept) texts.Write(entry, values.Value(i));
     counts.Write(entry, storage::NumberText(others + values.Count(i)));
   }
-  const std::int32_t records = storage::ContainerRecordCount(file, matrix_);
+  const std::int32_t records = storage::TrustedRecordCount(file, matrix_);
   for (std::int32_t entry = greatestEntry_ + 1; entry <= records && !shared_; ++entry) {
     texts.Write(entry, {});
     counts.Write(entry, "0");

@@ -1,6 +1,5 @@
 #include "convert/field_conversion.h"
 
-#include <algorithm>
 #include <limits>
 
 #include "convert/dictionary_matrix.h"
@@ -160,7 +159,7 @@ void FieldConversion::SetAsFixed(CompressForm& form, const Target& target, std::
                                  bool unique, std::int16_t dataType) {
   File& file = *target.matrix.file;
   FieldReader reader = ReaderOf(target);
-  const std::int32_t records = std::max(reader.records(), 0);
+  const std::int32_t records = storage::TrustedRecordCount(file, target.matrix.position);
   if (cellsize < 1) Raise(RunTimeError::kInvalidCall);
   if (std::int64_t{records} * cellsize > platform::kGreatestLength) Raise(RunTimeError::kOverflow);
   const storage::FixedFormat format = storage::FixedFormatOf(
@@ -193,7 +192,7 @@ void FieldConversion::SetAsFree(CompressForm& form, const Target& target, bool f
   File& file = *target.matrix.file;
   FieldReader reader = ReaderOf(target);
   const std::int16_t type = reader.typeNumber();
-  const std::int32_t records = std::max(reader.records(), 0);
+  const std::int32_t records = storage::TrustedRecordCount(file, target.matrix.position);
   const std::int32_t start =
       storage::AppendChainBlock(file, records, storage::layout::kPointerBytes);
   std::int64_t slot = std::int64_t{start} + storage::layout::kChainHeadBytes;
@@ -224,9 +223,9 @@ void FieldConversion::SetAsCompressed(CompressForm& form, const Target& target) 
   }
   File& file = *target.matrix.file;
   FieldReader reader = ReaderOf(target);
+  const std::int32_t records = storage::TrustedRecordCount(file, target.matrix.position);
   Analysis analysis;
-  if (!AnalyseField(form, reader, analysis)) return;
-  const auto records = static_cast<std::int32_t>(analysis.numbers.size());
+  if (!AnalyseField(form, reader, records, analysis)) return;
   form.ShowResult(Step::kAnalysis, std::to_wstring(Efficiency(records, analysis.values.size())) +
                                        L"% - Эфективность метода");
   form.SetValue(records);

@@ -7,9 +7,9 @@
 
 namespace orv::convert {
 
-bool AnalyseField(dialogs::CompressForm& form, storage::FieldReader& reader, Analysis& analysis) {
+bool AnalyseField(dialogs::CompressForm& form, storage::FieldReader& reader, std::int32_t records,
+                  Analysis& analysis) {
   dialogs::CancelRequest::Clear();
-  const std::int32_t records = std::max(reader.records(), 0);
   form.SetRange(0, records);
   for (std::int32_t r = 1; r <= records; ++r) {
     form.SetValue(r);

@@ -16,9 +16,10 @@ struct Analysis {
   std::vector<std::int32_t> numbers;  ///< element r - 1: the number of record r's value
 };
 
-/// Reads all records of the field behind the dialog's first step. False when a cancel was
-/// confirmed.
-bool AnalyseField(dialogs::CompressForm& form, storage::FieldReader& reader, Analysis& analysis);
+/// Reads the first `records` records of the field, all it has, behind the dialog's first step.
+/// False when a cancel was confirmed.
+bool AnalyseField(dialogs::CompressForm& form, storage::FieldReader& reader, std::int32_t records,
+                  Analysis& analysis);
 
 /// The efficiency of a dictionary of `distinct` values for `records` records, in percent. It is
 /// coarse because records / distinct is rounded to a whole number first; 0 without records.

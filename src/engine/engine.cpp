@@ -20,9 +20,6 @@ using platform::ToWide;
 
 namespace {
 
-/// The answer of a member that is not there yet.
-void SetNotThere(Component& component) { component.storage.error.Set(storage::code::kInvalidCall); }
-
 storage::FieldStyle ToStyle(std::int16_t freeSize, std::int16_t cellSize, Boolean fixedType,
                             Boolean unique, std::int16_t dataType) {
   return {freeSize, cellSize, IsTrue(fixedType), IsTrue(unique), dataType};

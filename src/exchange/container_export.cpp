@@ -65,13 +65,14 @@ bool ContainerExport::CreateTarget(dialogs::ExportData& dialog) {
 
 /// Gives the target the source's fields with their names and data types.
 bool ContainerExport::CreateFields() {
-  const auto fields = static_cast<std::int16_t>(storage_.FieldCount(source_));
-  storage_.fields.SvrCmdAddFields(targetPath_, fields, 1);
+  const std::int32_t fields = storage_.FieldCount(source_);
+  storage_.fields.SvrCmdAddFields(targetPath_, static_cast<std::int16_t>(fields), 1);
   if (Failed()) return false;
   storage::TableReader reader(storage_, source_);
   storage::CellWriter writer(*target_.file, target_.position, storage_.types, storage_.error);
-  for (std::int16_t f = 1; f <= fields; ++f) {
-    const std::int32_t descriptor = storage_.fields.GetFieldPos(target_.position, f, *target_.file);
+  for (std::int32_t f = 1; f <= fields; ++f) {
+    const std::int32_t descriptor =
+        storage_.fields.GetFieldPos(target_.position, static_cast<std::int16_t>(f), *target_.file);
     writer.WriteName(descriptor, reader.Read(0, f));
     const storage::FieldReader* const field = reader.Field(f);
     if (field == nullptr) continue;

@@ -96,7 +96,7 @@ bool MatrixCopy::CopyFields(const Location& source, std::int32_t target) {
   storage::SetRecordCount(target_, target, records);
   const std::int32_t chain = storage::FieldChain(target_, target);
   std::vector<FieldCopy> cellFields;
-  for (std::int16_t f = 1; f <= fieldCount; ++f) {
+  for (int f = 1; f <= fieldCount; ++f) {
     FieldCopy field{reader.Field(f)};
     field.descriptor = CopyDescriptor(*source.file, field.reader);
     target_.WriteInt32(
@@ -199,7 +199,7 @@ void MatrixCopy::CopyIndex(const Location& source, const FieldCopy& field, std::
   const std::int32_t width = field.reader->style().cellSize;
   const DictionaryIndex index(field.reader->dataStart(), width);
   if (!DictionaryIndex::IsWidth(width)) return;
-  const std::int64_t all = storage::ContainerRecordCount(file, source.position);
+  const std::int64_t all = storage::TrustedRecordCount(file, source.position);
   const std::int64_t bytes = DictionaryIndex::kHeadBytes + all * width;
   if (!file.Contains(index.start(), bytes)) Raise(RunTimeError::kSubscript);
   std::string block(

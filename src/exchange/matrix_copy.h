@@ -52,7 +52,7 @@ class MatrixCopy {
   storage::Storage& storage_;
   platform::File& target_;
   dialogs::ExportData& dialog_;
-  storage::CellBatch cells_;  ///< of all levels
+  storage::CellBatch cells_;               ///< of all levels
   std::unordered_set<std::int32_t> open_;  ///< source matrices that are being copied
 };
 

@@ -18,6 +18,7 @@ class TableReader {
   /// The location must be a table. A field without a descriptor reads as empty.
   TableReader(Storage& storage, const Location& at);
 
+  /// Records to go through; a damaged count is cut to what the file could hold.
   std::int32_t records() const { return records_; }
   std::int32_t fields() const { return fields_; }
   /// The text of a cell, good until the next call or write; record 0 gives the field's name.
