@@ -11,12 +11,15 @@ Component::Component()
     : language(storage),
       search(storage),
       sort(storage),
-      filterBuilder_(storage, language.evaluator(), filters) {
+      services(storage, language),
+      filterBuilder_(storage, language.evaluator(), filters),
+      conversion_(storage, services) {
   storage.ports.dbase = &dbase_;
   storage.ports.filters = &filters;
   storage.ports.subscripts = &language;
   storage.ports.formulas = &language;
   filters.SetBuilder(&filterBuilder_);
+  storage.ports.styles = &conversion_;
 }
 
 }  // namespace orv::engine

@@ -1,7 +1,9 @@
 // The engine behind every `Engine` object of the process.
 #pragma once
 
+#include "convert/field_conversion.h"
 #include "engine/language_services.h"
+#include "engine/room_services.h"
 #include "exchange/dbase.h"
 #include "query/filter_builder.h"
 #include "query/filter_class.h"
@@ -22,12 +24,14 @@ class Component {
   query::FilterClass filters;
   query::Search search;
   query::SortClass sort;
+  RoomServices services;
 
  private:
   Component();
 
   exchange::DbaseTables dbase_;
   query::FilterBuilder filterBuilder_;
+  convert::FieldConversion conversion_;
 };
 
 }  // namespace orv::engine

@@ -6,6 +6,7 @@
 #include "engine/titles.h"
 #include "engine/type_properties.h"
 #include "engine/value_matrix.h"
+#include "exchange/matrix_export.h"
 #include "platform/code_page.h"
 #include "storage/matrix.h"
 #include "storage/nested_matrix.h"
@@ -18,9 +19,6 @@ using platform::ToBytes;
 using platform::ToWide;
 
 namespace {
-
-/// The answer of a member that is not there yet.
-void SetNotThere(Component& component) { component.storage.error.Set(storage::code::kInvalidCall); }
 
 storage::FieldStyle ToStyle(std::int16_t freeSize, std::int16_t cellSize, Boolean fixedType,
                             Boolean unique, std::int16_t dataType) {
@@ -65,8 +63,12 @@ std::wstring Engine::GetTitle(std::wstring& Pth) {
                     [&](Component& component) { return engine::GetTitle(component.storage, Pth); });
 }
 
-void Engine::SaveMtxAs(std::wstring&, std::wstring&, Boolean&, std::int16_t&) {
-  CallMember(SetNotThere);
+void Engine::SaveMtxAs(std::wstring& Pth, std::wstring& file, Boolean& WithProp,
+                       std::int16_t& FileType) {
+  CallMember([&](Component& component) {
+    exchange::SaveMtxAs(component.storage, component.services, Pth, file, IsTrue(WithProp),
+                        FileType);
+  });
 }
 
 void Engine::PutMatrix(std::wstring& Pth, std::int32_t& r, std::int16_t& f, std::wstring& MtxName) {
@@ -164,9 +166,14 @@ void Engine::CmdNewOrvDB(std::wstring& file, std::wstring& MtxName) {
   CallMember([&](Component& component) { engine::CmdNewOrvDB(component.storage, file, MtxName); });
 }
 
-void Engine::SetFldStyle(std::wstring&, std::int16_t&, std::int16_t&, std::int16_t&, Boolean&,
-                         Boolean&, std::int16_t&) {
-  CallMember(SetNotThere);
+void Engine::SetFldStyle(std::wstring& p, std::int16_t& f, std::int16_t& FreeSize,
+                         std::int16_t& cellsize, Boolean& FixedType, Boolean& Unique,
+                         std::int16_t& DataType) {
+  CallMember([&](Component& component) {
+    component.storage.fields.SvrSetFldStyle(
+        p, f, ToStyle(FreeSize, cellsize, FixedType, Unique, DataType));
+  });
+  CloseAll();  // whatever came of it: nothing cached may outlive a conversion
 }
 
 void Engine::GetFldStyle(std::wstring& p, std::int16_t& f, std::int16_t& FreeSize,

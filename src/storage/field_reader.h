@@ -42,6 +42,8 @@ class FieldReader {
   std::int32_t descriptor() const { return descriptor_; }
   /// The decoded type number of the field's own code.
   std::int16_t typeNumber() const;
+  /// Whether the cells of a fixed-width field are numbers: an empty one is zeros, not blanks.
+  bool isNumericFixed() const { return format_.IsNumeric(); }
   /// Start of the field's data, 0 when it has none.
   std::int32_t dataStart() const { return start_; }
 

@@ -1,6 +1,7 @@
 #include "storage/fixed_cells.h"
 
 #include <cstring>
+#include <limits>
 
 #include "platform/code_page.h"
 #include "storage/bytes.h"
@@ -21,15 +22,41 @@ std::string IntegerText(std::string_view bytes) {
   return std::to_string(value);
 }
 
-std::string Int32Bytes(std::string_view text, ErrorCode& error) {
-  const auto number = RoundToInt32(TextToNumber(text));
-  if (!number) {
+/// The number of a text as `TextToNumber` reads it, but with all its digits.
+double ExactNumber(std::string_view text) {
+  const std::size_t comma = text.find(',');
+  if (comma == std::string_view::npos) return LeadingNumber(text);
+  std::string pointed(text);
+  pointed[comma] = '.';
+  return LeadingNumber(pointed);
+}
+
+/// The number's low `size` bytes when it lies within the limits; otherwise 6 and the empty text.
+std::string NumberBytes(std::string_view text, std::int32_t low, std::int32_t high,
+                        std::size_t size, ErrorCode& error) {
+  const auto number = RoundToInt32(ExactNumber(text));
+  if (!number || *number < low || *number > high) {
     error.Set(code::kOverflow);
     return {};
   }
   std::string bytes;
   AppendInteger(bytes, *number);
+  bytes.resize(size);
   return bytes;
+}
+
+template <typename Integer>
+std::string NumberBytes(std::string_view text, ErrorCode& error) {
+  using Limits = std::numeric_limits<Integer>;
+  return NumberBytes(text, Limits::min(), Limits::max(), sizeof(Integer), error);
+}
+
+/// The inverse of `IntCellText`; sizes that it does not read as numbers are texts.
+std::string IntPropertyImage(std::string_view text, std::int16_t cellSize, ErrorCode& error) {
+  if (cellSize == sizeof(std::uint8_t)) return NumberBytes<std::uint8_t>(text, error);
+  if (cellSize == sizeof(std::int16_t)) return NumberBytes<std::int16_t>(text, error);
+  if (cellSize == sizeof(std::int32_t)) return NumberBytes<std::int32_t>(text, error);
+  return PaddedText(text, static_cast<std::size_t>(cellSize));
 }
 
 }  // namespace
@@ -58,10 +85,20 @@ std::string FixedCellText(std::string_view bytes, const FixedFormat& format) {
 }
 
 std::string FixedCellBytes(std::string_view text, const FixedFormat& format, ErrorCode& error) {
-  if (format.dataType == type::kInteger && format.cellSize == kInt32Bytes)
-    return Int32Bytes(text, error);
-  if (format.dataType != type::kInteger && format.dataType != type::kNumber) {
-    return PaddedText(text, static_cast<std::size_t>(format.cellSize));
+  if (format.dataType == type::kInteger || format.dataType == type::kNumber) {
+    return FixedImage(text, format, error);
+  }
+  return PaddedText(text, static_cast<std::size_t>(format.cellSize));
+}
+
+std::string FixedImage(std::string_view text, const FixedFormat& format, ErrorCode& error) {
+  if (format.cellSize < 1) {
+    error.Set(code::kInvalidCall);
+    return {};
+  }
+  if (format.intProperty) return IntPropertyImage(text, format.cellSize, error);
+  if (format.dataType == type::kInteger && format.cellSize == kInt32Bytes) {
+    return NumberBytes<std::int32_t>(text, error);
   }
   std::string bytes = EncodeFixed(text, format.dataType, format.cellSize, format.decimals, error);
   if (bytes.empty() && !error.IsSet()) error.Set(code::kOverflow);

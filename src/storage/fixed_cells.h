@@ -38,4 +38,10 @@ std::string FixedCellText(std::string_view bytes, const FixedFormat& format);
 /// sets the error code and gives the empty text.
 std::string FixedCellBytes(std::string_view text, const FixedFormat& format, ErrorCode& error);
 
+/// The image of a text in a field that becomes fixed-width: what `EncodeFixed` packs for the data
+/// type, integers of four bytes as int32. Under the property "int" it is what the reading of such a
+/// field turns back into the number. A value without an image leaves its error code (6 when the
+/// packing names none) and gives the empty text.
+std::string FixedImage(std::string_view text, const FixedFormat& format, ErrorCode& error);
+
 }  // namespace orv::storage

@@ -140,6 +140,41 @@ int Driver::Kind() {
   return engine.IsORVorDBF(path);
 }
 
+void Driver::SetStyle(std::wstring_view steps, int f, int freeSize, int cellSize, bool unique,
+                      int dataType) {
+  std::wstring path = Path(steps);
+  std::int16_t field = Int16(f);
+  std::int16_t style = Int16(freeSize);
+  std::int16_t size = Int16(cellSize);
+  std::int16_t type = Int16(dataType);
+  Boolean fixedType = Boolean::kFalse;
+  Boolean isUnique = ToBoolean(unique);
+  engine.SetFldStyle(path, field, style, size, fixedType, isUnique, type);
+}
+
+std::string Driver::Style(std::wstring_view steps, int f) {
+  std::wstring path = Path(steps);
+  std::int16_t field = Int16(f);
+  std::int16_t style = 0;
+  std::int16_t size = 0;
+  std::int16_t type = 0;
+  Boolean fixedType = Boolean::kFalse;
+  Boolean unique = Boolean::kFalse;
+  engine.GetFldStyle(path, field, style, size, fixedType, unique, type);
+  const auto text = [](Boolean flag) { return std::string(IsTrue(flag) ? " true" : " false"); };
+  return std::to_string(style) + " " + std::to_string(size) + text(fixedType) + text(unique) + " " +
+         std::to_string(type);
+}
+
+void Driver::SaveAs(std::wstring_view steps, std::wstring_view target, bool withProperties,
+                    int type) {
+  std::wstring path = Path(steps);
+  std::wstring file = folder_.Name(target);
+  Boolean properties = ToBoolean(withProperties);
+  std::int16_t fileType = Int16(type);
+  engine.SaveMtxAs(path, file, properties, fileType);
+}
+
 void Driver::InsertTop() {
   std::wstring path = Path();
   engine.InsFirstLvlMtx(path);

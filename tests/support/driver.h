@@ -49,6 +49,13 @@ class Driver {
                std::string_view value);
   std::string Type(std::wstring_view steps, int r, int f, std::string_view prop);
   int Kind();
+  /// Asks for a storage style; the flag that no conversion uses is left out.
+  void SetStyle(std::wstring_view steps, int f, int freeSize, int cellSize = 0, bool unique = false,
+                int dataType = 0);
+  /// "FreeSize cellsize FixedType Unique DataType" of a field, as "1 5 true false 0".
+  std::string Style(std::wstring_view steps, int f);
+  /// Exports to a file of the folder: `type` 1 a container, else text.
+  void SaveAs(std::wstring_view steps, std::wstring_view target, bool withProperties, int type);
   void InsertTop();
   void CloseAll();
 
