@@ -1,6 +1,8 @@
 // The engine behind every `Engine` object of the process.
 #pragma once
 
+#include <string>
+
 #include "engine/language_services.h"
 #include "exchange/dbase.h"
 #include "query/filter_builder.h"
@@ -22,6 +24,7 @@ class Component {
   query::FilterClass filters;
   query::Search search;
   query::SortClass sort;
+  std::string cellText;  ///< the text being written; its room is used again by the next write
 
  private:
   Component();
