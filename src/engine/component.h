@@ -1,6 +1,8 @@
 // The engine behind every `Engine` object of the process.
 #pragma once
 
+#include <string>
+
 #include "convert/field_conversion.h"
 #include "engine/language_services.h"
 #include "engine/room_services.h"
@@ -25,6 +27,7 @@ class Component {
   query::Search search;
   query::SortClass sort;
   RoomServices services;
+  std::string cellText;  ///< the text being written; its room is used again by the next write
 
  private:
   Component();

@@ -3,6 +3,7 @@
 #include <array>
 #include <cstddef>
 #include <cstdint>
+#include <cstring>
 
 namespace orv::platform {
 namespace {
@@ -90,6 +91,22 @@ bool IsSecondHalf([[maybe_unused]] std::wstring_view wide, [[maybe_unused]] std:
   }
 }
 
+/// Most text is ASCII, which both codes share; it is converted by groups of characters.
+constexpr std::size_t kGroup = 8;
+
+bool IsAscii(const char* group) {
+  std::uint64_t bytes = 0;
+  static_assert(sizeof bytes == kGroup);
+  std::memcpy(&bytes, group, sizeof bytes);
+  return (bytes & 0x8080808080808080U) == 0;
+}
+
+bool IsAscii(const wchar_t* group) {
+  std::size_t all = 0;
+  for (std::size_t i = 0; i < kGroup; ++i) all |= IndexOf(group[i]);
+  return all < 0x80;
+}
+
 template <typename Char>
 std::basic_string_view<Char> TrimStart(std::basic_string_view<Char> text) {
   std::size_t first = 0;
@@ -118,13 +135,24 @@ char ToByte(wchar_t wide) noexcept {
 
 void ToWide(std::string_view bytes, std::wstring& wide) {
   wide.resize(bytes.size());
-  for (std::size_t i = 0; i < bytes.size(); ++i) wide[i] = ToWide(bytes[i]);
+  const char* from = bytes.data();
+  wchar_t* to = wide.data();
+  std::size_t left = bytes.size();
+  for (; left >= kGroup && IsAscii(from); left -= kGroup, from += kGroup, to += kGroup) {
+    for (std::size_t i = 0; i < kGroup; ++i) to[i] = static_cast<wchar_t>(from[i]);
+  }
+  for (; left > 0; --left) *to++ = ToWide(*from++);
 }
 
 void ToBytes(std::wstring_view wide, std::string& bytes) {
   bytes.resize(wide.size());
   std::size_t count = 0;
-  for (std::size_t i = 0; i < wide.size(); ++i) {
+  for (; wide.size() - count >= kGroup && IsAscii(&wide[count]); count += kGroup) {
+    for (std::size_t i = 0; i < kGroup; ++i) {
+      bytes[count + i] = static_cast<char>(wide[count + i]);
+    }
+  }
+  for (std::size_t i = count; i < wide.size(); ++i) {
     if (!IsSecondHalf(wide, i)) bytes[count++] = ToByte(wide[i]);
   }
   bytes.resize(count);

@@ -80,6 +80,10 @@ std::string_view CellClass::ReadUnderlying(const Location& at, std::int32_t rec,
   std::string_view text;
   if (rec < 1) {
     text = GetCell(descriptor + layout::descriptor::kTitleCell, *at.file, code_, buffer_);
+  } else if (HoldsFreeCells(descriptor, *at.file)) {
+    const FreeCell cell = ReadFreeCell(*at.file, at.position, descriptor, rec, buffer_);
+    text = cell.text;
+    code_ = cell.code;
   } else {
     FieldReader reader(*at.file, at.position, descriptor, &types_);
     text = reader.Read(rec);

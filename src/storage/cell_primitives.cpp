@@ -56,6 +56,8 @@ void CreateCell(std::int32_t& p, std::int16_t& tp, std::string_view text, File& 
   }
   p = EndOfFile(nm);
   std::string bytes;
+  bytes.reserve(text.size() + layout::cell::kText + layout::kLongLengthBytes +
+                layout::kPointerBytes);
   AppendInteger(bytes, tp);
   AppendTextPieces(bytes, std::int64_t{p} + layout::cell::kText, text, LengthBytes(tp));
   nm.Write(p, bytes);

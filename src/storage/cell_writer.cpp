@@ -43,12 +43,15 @@ void CellWriter::Write(std::int32_t descriptor, std::int32_t r, std::int16_t f,
 
 void CellWriter::WriteFree(std::int32_t descriptor, std::int32_t r, std::int16_t f,
                            std::string_view text) {
-  if (FindChainRun(file_, file_.Int32At(descriptor), r, layout::kPointerBytes).count == 0) {
+  ChainRun entry = FindEntry(descriptor, r);
+  if (entry.count == 0) {
     if (text.empty()) return;
     MakeRoom(matrix_, descriptor, file_, types_);
+    entry = FindEntry(descriptor, r);
+    if (entry.count == 0) Raise(RunTimeError::kSubscript);
   }
-  std::int32_t slot = 0;
-  std::int32_t cell = GetCellPos(descriptor, r, file_, slot, error_);
+  const auto slot = static_cast<std::int32_t>(entry.position);
+  std::int32_t cell = file_.Int32At(slot);
   const bool isLong = text.size() >= layout::cell::kShortTextLimit;
   if (cell == 0) {
     if (text.empty()) return;
@@ -59,10 +62,14 @@ void CellWriter::WriteFree(std::int32_t descriptor, std::int32_t r, std::int16_t
   if (isLong && LengthBytes(file_.Int16At(cell)) == layout::kShortLengthBytes) {
     // The long form is longer than the short cell: it gets a place of its own before it is written.
     SetCellForm(matrix_, r, f, layout::kLongLengthBytes, file_, error_);
-    cell = GetCellPos(descriptor, r, file_, slot, error_);
+    cell = file_.Int32At(slot);
   }
   std::int16_t keepCode = 0;
   PutCell(cell, keepCode, text, file_, slot);
+}
+
+ChainRun CellWriter::FindEntry(std::int32_t descriptor, std::int32_t r) const {
+  return FindChainRun(file_, file_.Int32At(descriptor), r, layout::kPointerBytes);
 }
 
 void CellWriter::WriteFixed(std::int32_t descriptor, std::int32_t r, const FieldStyle& style,

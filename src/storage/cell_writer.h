@@ -5,6 +5,7 @@
 #include <string_view>
 
 #include "platform/file.h"
+#include "storage/chain_array.h"
 #include "storage/error_code.h"
 #include "storage/field_style.h"
 #include "storage/type_tables.h"
@@ -26,6 +27,8 @@ class CellWriter {
 
  private:
   void WriteFree(std::int32_t descriptor, std::int32_t r, std::int16_t f, std::string_view text);
+  /// The pointer slot of record `r` in a free field's data; a count of 0 when the data ends before.
+  ChainRun FindEntry(std::int32_t descriptor, std::int32_t r) const;
   void WriteFixed(std::int32_t descriptor, std::int32_t r, const FieldStyle& style,
                   std::string_view text);
 

@@ -90,8 +90,7 @@ std::int64_t ChainLength(File& file, std::int32_t start, std::int32_t w) {
 }
 
 void GrowChain(File& file, std::int32_t start, std::int64_t count, std::int32_t w) {
-  if (count < 1 || FindChainRun(file, start, count, w).count > 0) return;
-  ReadChainEntry(file, start, count, w, true);
+  if (count > 0) ReadChainEntry(file, start, count, w, true);
 }
 
 void MoveChainEntries(File& file, std::int32_t start, std::int64_t from, std::int64_t count,

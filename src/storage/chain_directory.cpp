@@ -19,21 +19,19 @@ ChainBlocks::Block ChainBlocks::Read(const File& file, std::size_t index) const 
 ChainBlocks::Block ChainBlocks::Find(const File& file, std::int64_t k) {
   if (k < 1) Raise(RunTimeError::kSubscript);
   if (positions_.empty()) Append(file, start_, 0);
-  Block block = Read(file, positions_.size() - 1);
-  if (k >= block.first + block.count) return Extend(file, k);
-  if (k >= block.first) return block;
+  if (k >= last_.first + last_.count) return Extend(file, k);
+  if (k >= last_.first) return last_;
   return Read(file, IndexOf(k));
 }
 
 ChainBlocks::Block ChainBlocks::Extend(const File& file, std::int64_t k) {
-  for (;;) {
-    const Block block = Read(file, positions_.size() - 1);
-    if (k < block.first + block.count) return block;
+  while (k >= last_.first + last_.count) {
     const std::int32_t next =
-        file.Int32At(std::int64_t{block.position} + kChainHeadBytes + block.count * entryBytes_);
-    if (next == 0) return block;
-    Append(file, next, block.first - 1 + block.count);
+        file.Int32At(std::int64_t{last_.position} + kChainHeadBytes + last_.count * entryBytes_);
+    if (next == 0) break;
+    Append(file, next, last_.first - 1 + last_.count);
   }
+  return last_;
 }
 
 void ChainBlocks::Append(const File& file, std::int32_t position, std::int64_t before) {
@@ -47,6 +45,7 @@ void ChainBlocks::Append(const File& file, std::int32_t position, std::int64_t b
   bytes_ += bytes;
   positions_.push_back(position);
   firsts_.push_back(static_cast<std::int32_t>(before));
+  last_ = {position, before + 1, count};
 }
 
 /// The last block that begins at or before entry `k`. Chains that grew by equal steps, the usual
@@ -71,10 +70,10 @@ ChainDirectory& ChainDirectory::Of(File& file) {
 ChainBlocks& ChainDirectory::Blocks(std::int32_t start, std::int32_t entryBytes) {
   const std::uint64_t key = (std::uint64_t{static_cast<std::uint32_t>(start)} << 32) |
                             static_cast<std::uint32_t>(entryBytes);
-  if (last_ != nullptr && lastKey_ == key) return *last_;
-  last_ = &arrays_.try_emplace(key, start, entryBytes).first->second;
-  lastKey_ = key;
-  return *last_;
+  Recent& recent = recent_[(key ^ key >> 32) % kRecent];
+  if (recent.blocks != nullptr && recent.key == key) return *recent.blocks;
+  recent = {key, &arrays_.try_emplace(key, start, entryBytes).first->second};
+  return *recent.blocks;
 }
 
 }  // namespace orv::storage

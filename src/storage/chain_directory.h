@@ -1,6 +1,7 @@
 // The directory of a file's chain arrays: which block holds which entries.
 #pragma once
 
+#include <array>
 #include <cstdint>
 #include <unordered_map>
 #include <vector>
@@ -38,6 +39,7 @@ class ChainBlocks {
   std::int32_t entryBytes_;
   std::vector<std::int32_t> positions_;
   std::vector<std::int32_t> firsts_;  ///< entries in front of the block
+  Block last_;                        ///< the last block met; blocks keep their size
   std::int64_t bytes_ = 0;  ///< of all known blocks together: a chain longer than its file loops
 };
 
@@ -53,10 +55,15 @@ class ChainDirectory final : public platform::FileMemory {
   IndexRoom& indexRoom() { return indexRoom_; }
 
  private:
+  struct Recent {
+    std::uint64_t key = 0;
+    ChainBlocks* blocks = nullptr;
+  };
+  static constexpr std::size_t kRecent = 61;  ///< a prime: starts are often evenly spaced
+
   std::unordered_map<std::uint64_t, ChainBlocks> arrays_;
   IndexRoom indexRoom_;
-  std::uint64_t lastKey_ = 0;
-  ChainBlocks* last_ = nullptr;
+  std::array<Recent, kRecent> recent_;  ///< in front of `arrays_`: hosts go from field to field
 };
 
 }  // namespace orv::storage

@@ -42,20 +42,12 @@ std::int16_t FieldClass::GetNumFld(std::int32_t p, File& nm) const {
 }
 
 std::int32_t FieldClass::GetFieldPos(std::int32_t pt, std::int16_t f, File& nm) {
-  CacheEntry* victim = &cache_.front();
-  for (CacheEntry& entry : cache_) {
-    if (entry.matrix == 0) {
-      victim = &entry;
-      break;
-    }
-    if (entry.matrix == pt && entry.field == f && entry.opening == nm.opening()) {
-      entry.lastUse = ++uses_;
-      return entry.position;
-    }
-    if (entry.lastUse < victim->lastUse) victim = &entry;
+  CacheEntry& entry = cache_[CacheIndex(pt, f)];
+  if (entry.matrix == pt && entry.field == f && entry.opening == nm.opening()) {
+    return entry.position;
   }
   const std::int32_t position = FindFieldDescriptor(nm, pt, f);
-  *victim = {nm.opening(), pt, position, ++uses_, f};
+  entry = {nm.opening(), pt, position, f};
   return position;
 }
 

@@ -58,10 +58,15 @@ class FieldClass {
     std::uint64_t opening = 0;
     std::int32_t matrix = 0;  ///< 0 marks a free entry
     std::int32_t position = 0;
-    std::uint64_t lastUse = 0;
     std::int16_t field = 0;
   };
   static constexpr std::size_t kCacheEntries = 100;
+
+  /// Each field has one place in the cache; the neighbours of a matrix do not share theirs.
+  static std::size_t CacheIndex(std::int32_t matrix, std::int16_t field) {
+    const auto spread = static_cast<std::uint32_t>(matrix) * 0x9E3779B1U >> 8;
+    return (spread + static_cast<std::uint16_t>(field)) % kCacheEntries;
+  }
 
   void InsertFields(const Location& at, std::int16_t n, std::int16_t count, std::int16_t f);
 
@@ -70,7 +75,6 @@ class FieldClass {
   const Ports& ports_;
   ErrorCode& error_;
   std::array<CacheEntry, kCacheEntries> cache_;
-  std::uint64_t uses_ = 0;
 };
 
 }  // namespace orv::storage

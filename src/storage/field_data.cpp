@@ -41,14 +41,12 @@ void FieldData::Allocate(std::int32_t count) {
 
 void FieldData::Grow(std::int32_t used, std::int32_t count) {
   if (style_.freeSize == free_size::kDictionary) return GrowIndex(used, count);
+  // New entries are zeros, which is what a free field's empty cell is.
+  if (style_.freeSize == free_size::kFree) return GrowChain(file_, start_, count, width_);
   const std::int64_t present = ChainLength(file_, start_, width_);
   if (present >= count) return;
-  if (style_.freeSize == free_size::kFixed) {
-    AddFixedRecords(static_cast<std::int32_t>(present) + 1, start_,
-                    count - static_cast<std::int32_t>(present), file_, style_.cellSize);
-  } else {
-    GrowChain(file_, start_, count, width_);
-  }
+  AddFixedRecords(static_cast<std::int32_t>(present) + 1, start_,
+                  count - static_cast<std::int32_t>(present), file_, style_.cellSize);
   Fill(present + 1, count - present);
 }
 

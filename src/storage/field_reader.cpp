@@ -27,6 +27,27 @@ FixedFormat FixedFormatOf(File& file, std::int32_t matrix, std::int32_t descript
   return format;
 }
 
+namespace {
+
+/// The cell whose pointer stands in the slot.
+FreeCell CellOfSlot(const File& file, std::int64_t slot, std::string& buffer) {
+  FreeCell cell;
+  const std::int32_t position = file.Int32At(slot);
+  if (position < 1) return cell;
+  cell.position = position;
+  cell.text = GetCell(position, file, cell.code, buffer);
+  return cell;
+}
+
+}  // namespace
+
+FreeCell ReadFreeCell(File& file, std::int32_t matrix, std::int32_t descriptor, std::int32_t r,
+                      std::string& buffer) {
+  if (r < 1 || r > ContainerRecordCount(file, matrix)) Raise(RunTimeError::kSubscript);
+  const ChainRun run = FindChainRun(file, file.Int32At(descriptor), r, layout::kPointerBytes);
+  return run.count == 0 ? FreeCell() : CellOfSlot(file, run.position, buffer);
+}
+
 FieldReader::FieldReader(File& file, std::int32_t matrix, std::int32_t descriptor,
                          TypeTables* types)
     : file_(file),
@@ -73,10 +94,10 @@ bool FieldReader::Reaches(std::int32_t r, std::int32_t entryBytes) {
 std::string_view FieldReader::ReadFree(std::int32_t r) {
   code_ = 0;
   if (!Reaches(r, layout::kPointerBytes)) return {};
-  const std::int32_t position = file_.Int32At(EntryPosition(r, layout::kPointerBytes));
-  if (position < 1) return {};
-  cell_ = position;
-  return GetCell(position, file_, code_, buffer_);
+  const FreeCell cell = CellOfSlot(file_, EntryPosition(r, layout::kPointerBytes), buffer_);
+  code_ = cell.code;
+  cell_ = cell.position;
+  return cell.text;
 }
 
 std::string_view FieldReader::ReadFixed(std::int32_t r) {

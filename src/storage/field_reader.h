@@ -18,6 +18,18 @@ namespace orv::storage {
 FixedFormat FixedFormatOf(platform::File& file, std::int32_t matrix, std::int32_t descriptor,
                           const FieldStyle& style, TypeTables* types);
 
+/// A cell of a free field.
+struct FreeCell {
+  std::string_view text;      ///< good until the next write to the file or change of the buffer
+  std::int16_t code = 0;      ///< 0 for an empty cell
+  std::int32_t position = 0;  ///< 0 for an empty cell
+};
+
+/// One cell of the free field with this descriptor, without making a reader; like
+/// `FieldReader::Read`.
+FreeCell ReadFreeCell(platform::File& file, std::int32_t matrix, std::int32_t descriptor,
+                      std::int32_t r, std::string& buffer);
+
 /// Resolves style, data and type of a field once and then reads cells by record number. Good as
 /// long as the field keeps its style and data block: make one for a call or a scan, not longer.
 class FieldReader {

@@ -32,6 +32,11 @@ FieldStyle StyleOf(std::int32_t fldPos, const File& nm) {
   return style;
 }
 
+bool HoldsFreeCells(std::int32_t fldPos, const File& nm) {
+  const std::uint8_t styleCode = nm.ByteAt(std::int64_t{fldPos} + layout::descriptor::kStyle);
+  return styleCode < style_code::kFixed || StyleOf(fldPos, nm).freeSize == free_size::kFree;
+}
+
 std::int16_t FieldTypeNumber(std::int32_t fldPos, const File& nm) {
   return DecodeCellCode(nm.Int16At(std::int64_t{fldPos} + layout::descriptor::kFieldCode)).type;
 }

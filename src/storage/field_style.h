@@ -39,6 +39,8 @@ struct FieldStyle {
 void GFStyle(std::int32_t fldPos, FieldStyle& style, const platform::File& nm);
 /// The style of a descriptor, with nothing set in advance.
 FieldStyle StyleOf(std::int32_t fldPos, const platform::File& nm);
+/// Whether the style of the descriptor keeps each cell by itself: the style's `freeSize` is free.
+bool HoldsFreeCells(std::int32_t fldPos, const platform::File& nm);
 /// The decoded type number of the field's own cell code.
 std::int16_t FieldTypeNumber(std::int32_t fldPos, const platform::File& nm);
 

@@ -87,6 +87,7 @@ class PathResolver {
     std::wstring condition;
   };
 
+  bool IsLive() const;
   bool Matches(const std::wstring& path) const;
   bool Revive();
   bool ReviveFile();

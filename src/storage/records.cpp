@@ -36,6 +36,7 @@ void InsertRecords(std::int32_t matrix, std::int32_t quantity, std::int32_t posi
   if (quantity > std::numeric_limits<std::int32_t>::max() - n) Raise(RunTimeError::kOverflow);
   position = std::min(position, n + 1);
 
+  const bool moves = position < n;
   std::vector<FieldData> moving;  // data that the insertion itself allocates has nothing to move
   for (int f = 1; f <= fieldCount; ++f) {
     const std::int32_t descriptor = FindFieldDescriptor(file, matrix, static_cast<std::int16_t>(f));
@@ -44,14 +45,12 @@ void InsertRecords(std::int32_t matrix, std::int32_t quantity, std::int32_t posi
     if (!data.HasEntries()) continue;
     if (data.IsAllocated()) {
       data.Grow(n, n + quantity);
-      moving.push_back(data);
+      if (moves) moving.push_back(data);
     } else {
       data.Allocate(std::max(position, quantity));
     }
   }
-  if (position < n) {
-    for (FieldData& data : moving) data.MoveUp(position, n - position + 1, quantity);
-  }
+  for (FieldData& data : moving) data.MoveUp(position, n - position + 1, quantity);
   SetRecordCount(file, matrix, n + quantity);
 }
 
