@@ -1,6 +1,7 @@
 #include "query/text_pattern.h"
 
 #include <algorithm>
+#include <cstring>
 #include <limits>
 
 #include "platform/code_page.h"
