@@ -36,7 +36,7 @@ void CellBatch::Flush() {
   const std::int32_t first = EndOfFile(file_);
   file_.Write(first, bytes_);
   for (const Pending& cell : pending_) {
-    file_.WriteInt32(cell.slot, static_cast<std::int32_t>(first + cell.offset));
+    file_.WriteInt32(cell.slot, first + static_cast<std::int32_t>(cell.offset));
   }
   bytes_.clear();
   pending_.clear();
