@@ -61,4 +61,8 @@ std::string GroupedNumber(std::int64_t number) {
   return digits;
 }
 
+std::string Counted(std::int64_t count, const std::string& noun) {
+  return GroupedNumber(count) + " " + noun + (count == 1 ? "" : "s");
+}
+
 }  // namespace orv::cli

@@ -22,4 +22,7 @@ std::string PadLeft(const std::string& text, std::size_t columns);
 /// The number with its thousands set apart: "1,234,567".
 std::string GroupedNumber(std::int64_t number);
 
+/// "1 record", "1,234 records".
+std::string Counted(std::int64_t count, const std::string& noun);
+
 }  // namespace orv::cli

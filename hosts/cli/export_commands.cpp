@@ -6,6 +6,7 @@
 #include <string_view>
 
 #include "cli/commands.h"
+#include "cli/display.h"
 #include "cli/failure.h"
 #include "cli/matrix.h"
 #include "cli/saving.h"
@@ -60,7 +61,7 @@ void Export(const ExportOptions& options) {
                         : options.withProperties ? SaveKind::kContainerWithProperties
                                                  : SaveKind::kContainer;
   SaveMatrix(matrix, file, kind, session);
-  std::cout << records << " records\n";
+  std::cout << Counted(records, "record") << '\n';
 }
 
 void AddExport(CLI::App& app) {
@@ -100,7 +101,7 @@ void AddSort(CLI::App& app) {
     matrix.engine().SortData(path, field);
     matrix.Check();
     session.Check("the sort");
-    std::cout << records << " records were sorted in memory; the file is unchanged\n";
+    std::cout << Counted(records, "record") << " sorted in memory; the file is unchanged\n";
   });
 }
 

@@ -7,6 +7,7 @@
 #include <system_error>
 
 #include "cli/commands.h"
+#include "cli/display.h"
 #include "cli/failure.h"
 #include "cli/import_source.h"
 #include "cli/matrix.h"
@@ -155,10 +156,11 @@ void Import(const ImportOptions& options) {
   Matrix matrix = Destination(options);
   const std::int32_t first = MakeRoom(matrix, *source, options.append);
   const std::int64_t lost = CopyRows(*source, matrix, first);
-  std::cout << source->records() << " records, " << source->names().size() << " fields\n";
+  std::cout << Counted(source->records(), "record") << ", "
+            << Counted(std::ssize(source->names()), "field") << '\n';
   if (lost > 0) {
     std::cout.flush();
-    std::cerr << "orv: " << lost << " characters are not in code page 1251 and became \"?\"\n";
+    std::cerr << "orv: " << Counted(lost, "character") << " not in code page 1251 became \"?\"\n";
   }
 }
 

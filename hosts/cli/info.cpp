@@ -19,10 +19,6 @@ namespace {
 // A damaged file may lead round in circles; the description ends somewhere all the same.
 constexpr int kGreatestTree = 20000;
 
-std::string Counted(std::int64_t count, const std::string& noun) {
-  return GroupedNumber(count) + " " + noun + (count == 1 ? "" : "s");
-}
-
 std::string KindText(FileKind kind) {
   return kind == FileKind::kContainer ? "container" : "dBASE III table";
 }

@@ -4,6 +4,7 @@
 #include <memory>
 
 #include "cli/commands.h"
+#include "cli/display.h"
 #include "cli/matrix.h"
 #include "cli/records.h"
 #include "cli/words.h"
@@ -100,7 +101,7 @@ void AddFilter(CLI::App& app) {
     options->show.Show(view);
     const std::int32_t all = Matrix(base).Records();
     std::cout.flush();
-    std::cerr << records << " of " << all << " records\n";
+    std::cerr << GroupedNumber(records) << " of " << Counted(all, "record") << '\n';
   });
 }
 

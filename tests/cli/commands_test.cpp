@@ -285,5 +285,49 @@ TEST_F(CommandsTest, AnalyseTellsWhatADictionaryWouldSave) {
   EXPECT_NE(text.find("96 %  free"), std::string::npos) << text;
 }
 
+TEST_F(CommandsTest, FindPrintsTheFirstMatchOrAll) {
+  Write(L"w.csv", "a,b\nred,x\nRed,y\ndark red,x\nblue,red\n");
+  Out({"import", "w.csv", "w.orv"});
+  EXPECT_EQ(Out({"find", "w.orv", "Red"}), "2\n");
+  EXPECT_EQ(Out({"find", "w.orv", "red", "--field", "a", "--all"}), "1\n");
+  EXPECT_EQ(Out({"find", "w.orv", "RED", "--field", "a", "--ignore-case", "--all"}), "1\n2\n");
+  EXPECT_EQ(Out({"find", "w.orv", "red", "--field", "a", "--contains", "--all"}), "1\n3\n");
+  EXPECT_EQ(Out({"find", "w.orv", "red", "--contains", "--from", "2", "--all"}), "3\n4\n");
+  EXPECT_EQ(Err(1, {"find", "w.orv", "green"}), "orv: not found\n");
+  EXPECT_EQ(Out({"find", "w.orv", "/f(2)=x", "dark", "--field", "1", "--contains"}), "2\n");
+}
+
+TEST_F(CommandsTest, FilterShowsAndCountsAView) {
+  Write(L"w.csv", "a,b\n1,x\n2,y\n3,x\n");
+  Out({"import", "w.csv", "w.orv"});
+  const Outcome view = Run({"filter", "w.orv", "f(2)=x"});
+  EXPECT_EQ(view.status, 0);
+  EXPECT_EQ(view.out, "#  a  b\n-  -  -\n1  1  x\n2  3  x\n");
+  EXPECT_EQ(view.err, "2 of 3 records\n");
+  EXPECT_EQ(Out({"filter", "w.orv", "cell(rec,1)>\"1\"", "--count"}), "2\n");
+  EXPECT_EQ(Out({"filter", "w.orv", "/f(2)=x", "cell(rec,1)=\"3\"", "--count"}), "1\n");
+  EXPECT_NE(Err(1, {"filter", "w.orv", "f()=1"}).find("error 5:"), std::string::npos);
+}
+
+TEST_F(CommandsTest, FilteredPathsAreShownReadAndWritten) {
+  Write(L"w.csv", "a,b\n1,x\n2,y\n3,x\n");
+  Out({"import", "w.csv", "w.orv"});
+  EXPECT_EQ(Out({"show", "w.orv", "/f(2)=x", "--format", "csv"}), "a,b\n1,x\n3,x\n");
+  EXPECT_EQ(Out({"get", "w.orv", "/f(2)=x", "2", "1"}), "3\n");
+  Out({"set", "w.orv", "/f(2)=x", "2", "1", "new"});
+  EXPECT_EQ(Out({"get", "w.orv", "3", "1"}), "new\n");
+}
+
+TEST_F(CommandsTest, SortChecksAndLeavesTheFileAlone) {
+  MakeTowns();
+  const std::string before = Bytes(L"towns.orv");
+  EXPECT_EQ(Out({"sort", "towns.orv", "1"}), "3 records sorted in memory; the file is unchanged\n");
+  EXPECT_EQ(Bytes(L"towns.orv"), before);
+  const Outcome refused = Run({"sort", "towns.orv", "/[3,2]", "1"});
+  EXPECT_EQ(refused.status, 1);
+  EXPECT_NE(refused.err.find("Недостаточно данных для сортировки!"), std::string::npos);
+  EXPECT_NE(refused.err.find("orv: the sort was refused\n"), std::string::npos);
+}
+
 }  // namespace
 }  // namespace orv::test

@@ -51,7 +51,7 @@ TEST_F(ImportTest, SaysHowManyCharactersWereLost) {
   Write(L"a.csv", "Name\nÅland €\n中\n");
   const Outcome outcome = Run({"import", "a.csv", "a.orv"});
   EXPECT_EQ(outcome.status, 0);
-  EXPECT_EQ(outcome.err, "orv: 2 characters are not in code page 1251 and became \"?\"\n");
+  EXPECT_EQ(outcome.err, "orv: 2 characters not in code page 1251 became \"?\"\n");
   EXPECT_EQ(Out({"show", "a.orv", "--format", "csv"}), "Name\n?land €\n?\n");
 }
 
@@ -66,9 +66,9 @@ TEST_F(ImportTest, TakesDelimitersHeadersAndStandardInput) {
 
 TEST_F(ImportTest, SkipsBlankLinesUnlessARecordIsASingleField) {
   Write(L"two.csv", "a,b\n\n1,2\n\n\n");
-  EXPECT_EQ(Out({"import", "two.csv", "two.orv"}), "1 records, 2 fields\n");
+  EXPECT_EQ(Out({"import", "two.csv", "two.orv"}), "1 record, 2 fields\n");
   Write(L"one.csv", "a\n\n1\n");
-  EXPECT_EQ(Out({"import", "one.csv", "one.orv"}), "2 records, 1 fields\n");
+  EXPECT_EQ(Out({"import", "one.csv", "one.orv"}), "2 records, 1 field\n");
 }
 
 TEST_F(ImportTest, GoesIntoAnEmptyMatrixAndIntoAnEmptyCell) {
