@@ -39,8 +39,9 @@ void SortByDigit(HeadedKeys& keys, HeadedKeys& room, unsigned shift) {
 
 /// Whether keys with equal heads are equal texts: short keys of one length are.
 bool AreEqual(const SortKeys& keys, const HeadedKey* begin, const HeadedKey* end) {
+  if (end - begin == 1) return true;
   const std::size_t size = keys.Get(begin->key).size();
-  if (size > SortKeys::kHeadBytes) return end - begin == 1;
+  if (size > SortKeys::kHeadBytes) return false;
   return std::all_of(begin, end,
                      [&](const HeadedKey& key) { return keys.Get(key.key).size() == size; });
 }

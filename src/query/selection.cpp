@@ -31,7 +31,7 @@ void DoubleEndedSelection::FindLargeGroups() {
 }
 
 DoubleEndedSelection::LargeGroup* DoubleEndedSelection::LargeGroupOf(Place group) {
-  if (largeGroups_.empty()) return nullptr;
+  if (large_.empty()) return nullptr;
   const std::int32_t index = largeGroups_[static_cast<std::size_t>(group)];
   return index < 0 ? nullptr : &large_[static_cast<std::size_t>(index)];
 }
@@ -61,6 +61,7 @@ void DoubleEndedSelection::NoteMove(Position position) {
   if (!IsOpen(position)) return;
   const Place place = At(position);
   positions_[static_cast<std::size_t>(place)] = position;
+  if (large_.empty()) return;
   if (LargeGroup* const large = LargeGroupOf(GroupOf(place))) large->moved.push(position);
 }
 

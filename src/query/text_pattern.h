@@ -34,14 +34,23 @@ class TextPattern {
   bool Contains(std::string_view text) const;
   bool ContainsByte(std::string_view text) const;
   template <bool kCaseMatters>
+  bool Find(std::string_view text) const;
+  template <bool kCaseMatters>
   bool FindByLastByte(std::string_view text) const;
+  template <bool kCaseMatters>
+  bool FindByBothEnds(std::string_view text) const;
+  template <bool kCaseMatters>
+  bool StandsAt(const char* text) const;
 
   std::string value_;
   bool inCell_;
   bool caseMatters_;
   /// How far the window may move on when this byte, in either letter case, stands at its end.
   std::array<std::uint8_t, 256> shift_{};
-  /// The value's last byte in its two letter cases; the same byte twice where case matters.
+  /// The value's first and last byte in their two letter cases; the same byte twice where case
+  /// matters.
+  char first_ = 0;
+  char firstOther_ = 0;
   char last_ = 0;
   char lastOther_ = 0;
 };
