@@ -33,6 +33,8 @@ void SetTitle(storage::Storage& storage, const std::wstring& vlu, const std::wst
     return;
   }
   const std::int32_t before = at.file->Int32At(TitlePointer(at));
+  // A title that is missing is made; one that is said to stand behind the file's end is damage.
+  if (before > at.file->Length()) platform::Raise(platform::RunTimeError::kSubscript);
   const std::int32_t title =
       storage::WriteChainedText(*at.file, before, platform::ToBytes(vlu), layout::kLongLengthBytes);
   if (title != before) at.file->WriteInt32(TitlePointer(at), title);

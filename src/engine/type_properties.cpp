@@ -93,6 +93,14 @@ class PropertyWriter {
  private:
   bool Failed() const { return storage_.error.IsSet(); }
 
+  /// A path that led to a matrix when the writing began. Raises 9 when it does not any more: in a
+  /// damaged file what is written can lie over what the path leads through.
+  Location Resolved(const std::wstring& path) {
+    const Location at = storage_.resolver.ResolvePath(path);
+    if (!at.IsMatrix()) platform::Raise(platform::RunTimeError::kSubscript);
+    return at;
+  }
+
   /// Makes the matrix at `path` exist in cell (r, f) of `owner` with its fields.
   bool EnsureMatrix(const std::wstring& owner, const std::wstring& path, std::int32_t r,
                     std::int16_t f, std::string title, std::int16_t fields) {
@@ -107,14 +115,14 @@ class PropertyWriter {
   }
 
   std::int32_t RowOf(std::int16_t type) {
-    const Location at = storage_.resolver.ResolvePath(pth_);
+    const Location at = Resolved(pth_);
     const TypeTable::Row* row = FindRow(storage_.types.Of(*at.file, at.position), r_, type);
     return row == nullptr ? 0 : row->record;
   }
 
   /// The greatest identifier plus 1.
   std::int16_t NextIdentifier() {
-    const Location at = storage_.resolver.ResolvePath(pth_);
+    const Location at = Resolved(pth_);
     const TypeTable* table = storage_.types.Of(*at.file, at.position);
     double greatest = kFirstIdentifier - 1;
     if (table != nullptr) {
@@ -148,7 +156,7 @@ class PropertyWriter {
   }
 
   std::int32_t FindName(const std::wstring& list, const std::string& name) {
-    const Location at = storage_.resolver.ResolvePath(list);
+    const Location at = Resolved(list);
     const std::int32_t records = storage::ReadableRecordCount(*at.file, at.position);
     for (std::int32_t record = 1; record <= records; ++record) {
       bool isMtx = false;
@@ -164,7 +172,7 @@ class PropertyWriter {
 
   /// Gives the cell, its title or its field the type, keeping length form and matrix flag.
   void StoreType(std::int16_t type) {
-    const Location at = storage_.resolver.ResolvePath(pth_);
+    const Location at = Resolved(pth_);
     File& file = *at.file;
     const std::int16_t field = at.IsView() ? storage_.ports.filters->GetCashFld(at.filter, f_) : f_;
     const std::int32_t descriptor = storage_.fields.GetFieldPos(at.position, field, file);

@@ -21,7 +21,7 @@ constexpr int kTaggedStride = 8;
 /// Which values match: entry 0, the empty text, then those of the dictionary matrix.
 std::vector<bool> MatchingValues(File& file, std::int32_t dictionary, std::int32_t descriptor,
                                  const TextPattern& pattern) {
-  const std::int32_t records = storage::ContainerRecordCount(file, dictionary);
+  const std::int32_t records = storage::ReadableRecordCount(file, dictionary);
   std::vector<bool> matching(static_cast<std::size_t>(std::max(records, 0)) + 1);
   matching[0] = pattern.Matches({});
   // The values' own types are not consulted: dictionaries could lead in circles.

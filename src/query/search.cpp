@@ -71,7 +71,7 @@ std::int32_t Search::FindInField(const Location& at, const FindRequest& request,
                                  const TextPattern& pattern) {
   const auto scan = request.field == 0 ? OpenRecordScan(storage_, at, pattern)
                                        : OpenFieldScan(storage_, at, request.field, pattern);
-  const std::int32_t records = storage::ContainerRecordCount(*at.file, at.position);
+  const std::int32_t records = storage::TrustedRecordCount(*at.file, at.position);
   return FoundOr(scan->FindNext(std::max(request.record, 1), records));
 }
 

@@ -17,6 +17,18 @@ namespace orv::storage {
 using platform::Raise;
 using platform::RunTimeError;
 
+namespace {
+
+/// Whether the cell holds a matrix whose title pointer leads outside the file. The text primitive
+/// would write a new text there, however far behind the end.
+bool HasWildTitle(const platform::File& file, std::int32_t cell) {
+  if (file.Int16At(cell) >= 0) return false;
+  const std::int32_t title = file.Int32At(std::int64_t{cell} + layout::matrix::kTitle);
+  return !file.Contains(title, layout::kLongLengthBytes);
+}
+
+}  // namespace
+
 void CellWriter::WriteName(std::int32_t descriptor, std::string_view text) {
   const std::int64_t titleCell = std::int64_t{descriptor} + layout::descriptor::kTitleCell;
   const std::int16_t word = file_.Int16At(titleCell);
@@ -58,7 +70,9 @@ void CellWriter::WriteFree(std::int32_t descriptor, std::int32_t r, std::int16_t
     std::int16_t word = EncodeCellCode({FieldTypeNumber(descriptor, file_), isLong, false});
     return PutCell(cell, word, text, file_, slot);
   }
-  if (!file_.Contains(cell, layout::cell::kText)) Raise(RunTimeError::kSubscript);
+  if (!file_.Contains(cell, layout::cell::kText) || HasWildTitle(file_, cell)) {
+    Raise(RunTimeError::kSubscript);
+  }
   if (isLong && LengthBytes(file_.Int16At(cell)) == layout::kShortLengthBytes) {
     // The long form is longer than the short cell: it gets a place of its own before it is written.
     SetCellForm(matrix_, r, f, layout::kLongLengthBytes, file_, error_);

@@ -95,7 +95,12 @@ std::int32_t FieldChain(const File& file, std::int32_t matrix) {
 }
 
 std::int32_t FindFieldDescriptor(File& file, std::int32_t matrix, std::int16_t f) {
-  return ReadChainEntry(file, FieldChain(file, matrix), f, layout::kPointerBytes, false).value;
+  const std::int32_t descriptor =
+      ReadChainEntry(file, FieldChain(file, matrix), f, layout::kPointerBytes, false).value;
+  if (descriptor > 0 && !file.Contains(descriptor, layout::descriptor::kBytes)) {
+    Raise(RunTimeError::kSubscript);
+  }
+  return descriptor;
 }
 
 void CreateFieldDescriptor(File& file, std::int32_t matrix, std::int16_t f, ErrorCode& error) {

@@ -47,7 +47,7 @@ void Storage::DropFaulted() {
 std::int32_t Storage::RecordCount(const Location& at) {
   if (at.IsView()) return ports.filters->RecordCount(at.filter);
   if (at.IsDbase()) return ports.dbase->RecordCount(*at.file);
-  return at.IsMatrix() ? ContainerRecordCount(*at.file, at.position) : -1;
+  return at.IsMatrix() ? TrustedRecordCount(*at.file, at.position) : -1;
 }
 
 std::int32_t Storage::FieldCount(const Location& at) {
