@@ -19,6 +19,9 @@ namespace {
 // So many that each operation is still running when its window is on the screen.
 constexpr std::int32_t kRecords = 400'000;
 
+constexpr int kFreeStyle = 0;
+constexpr int kDictionaryStyle = 11;
+
 std::wstring Quoted(const QString& fileName) { return L"\"" + fileName.toStdWString() + L"\""; }
 
 // A container with two fields: the record's number in seven digits, and one of five towns.
@@ -59,8 +62,16 @@ class OperationsTest : public QObject {
   void sortRefusesInAMessageBox();
   void filterShowsTheMatchingRecords();
   void filterIsCancelledByAClick();
+  void conversionIsCancelledByAClick();
+  void conversionRuns();
+  void conversionRefusesInAMessageBox();
+  void exportRuns();
+  void exportIsCancelledByAClick();
+  void exportAsksBeforeItOverwrites();
 
  private:
+  void GoToField(int field);
+  int StyleOf(int field);
   void Trigger(const char* action) { window_->findChild<QAction*>(action)->trigger(); }
   int ShownRecords() const { return window_->findChild<QTableView*>()->model()->rowCount(); }
 
@@ -156,6 +167,115 @@ void OperationsTest::filterIsCancelledByAClick() {
   QCOMPARE(window_->lastError(), 0);
   QVERIFY2(0 < ShownRecords() && ShownRecords() < kRecords,
            qPrintable(QString::number(ShownRecords())));
+}
+
+void OperationsTest::GoToField(int field) {
+  auto* const table = window_->findChild<QTableView*>();
+  table->setCurrentIndex(table->model()->index(0, field - 1));
+}
+
+// The style as `GetFldStyle` numbers it.
+int OperationsTest::StyleOf(int field) {
+  Engine engine;
+  std::wstring path = Quoted(table_);
+  auto enginesField = static_cast<std::int16_t>(field);
+  std::int16_t style = -1;
+  std::int16_t width = 0;
+  Boolean fixedType{};
+  Boolean unique{};
+  std::int16_t dataType = 0;
+  engine.GetFldStyle(path, enginesField, style, width, fixedType, unique, dataType);
+  return style;
+}
+
+void OperationsTest::conversionIsCancelledByAClick() {
+  GoToField(1);
+  WhenBarReaches("CompressForm", 1, [] {
+    QCOMPARE(Part<QLabel>("CompressForm", "Steps(3)")->text(), u"» Обновление данных..."_qs);
+    QVERIFY(!Part<QLabel>("CompressForm", "Steps(1)")->isVisible());
+    TakePicture(VisibleDialog("CompressForm"), "conversion-real");
+    WhenBox([] { ClickBox("yes"); });
+    Click("CompressForm", "cancel");
+  });
+  Trigger("fixed");
+  QCOMPARE(window_->lastError(), 0);
+  QCOMPARE(StyleOf(1), kFreeStyle);
+}
+
+void OperationsTest::conversionRuns() {
+  GoToField(2);
+  bool seen = false;
+  WhenBarReaches("CompressForm", 1, [&seen] {
+    QVERIFY(Part<QLabel>("CompressForm", "Label")->text().endsWith(u"\"Словарный\""_qs));
+    QCOMPARE(Part<QLabel>("CompressForm", "Steps(1)")->text(), u"» Анализ данных таблицы..."_qs);
+    QVERIFY(Part<QLabel>("CompressForm", "Steps(1)")->font().bold());
+    seen = true;
+  });
+  Trigger("dictionary");
+  QVERIFY(seen);
+  QCOMPARE(window_->lastError(), 0);
+  QCOMPARE(StyleOf(2), kDictionaryStyle);
+  const auto* const model = window_->findChild<QTableView*>()->model();
+  QCOMPARE(model->index(0, 1).data().toString(), u"Тверь"_qs);
+  QCOMPARE(model->index(kRecords - 1, 1).data().toString(), u"Москва"_qs);
+}
+
+// The field has been converted by the test before.
+void OperationsTest::conversionRefusesInAMessageBox() {
+  GoToField(2);
+  bool seen = false;
+  WhenBox([&seen] {
+    QCOMPARE(VisibleBox()->text(), u"Стиль поля уже установлен как \"Сжатый\"."_qs);
+    QCOMPARE(VisibleBox()->icon(), QMessageBox::Warning);
+    seen = true;
+    ClickBox("ok");
+  });
+  Trigger("dictionary");
+  QVERIFY(seen);
+}
+
+void OperationsTest::exportRuns() {
+  const QString target = folder_.filePath("towns.txt");
+  WhenEnabled("ExportData", "forward", [] { Click("ExportData", "forward"); });
+  bool seen = false;
+  WhenBarReaches("ExportData", 1, [&seen] {
+    QCOMPARE(Part<QLabel>("ExportData", "LabelS1(7)")->text(), u"Города"_qs);
+    TakePicture(VisibleDialog("ExportData"), "export-real");
+    seen = true;
+  });
+  window_->ExportTo(target, false);
+  QVERIFY(seen);
+  QCOMPARE(window_->lastError(), 0);
+  QFile file(target);
+  QVERIFY(file.open(QIODevice::ReadOnly));
+  QCOMPARE(file.readAll().count('\n'), kRecords);
+}
+
+void OperationsTest::exportIsCancelledByAClick() {
+  for (const bool container : {false, true}) {
+    const QString target = folder_.filePath("cancelled");
+    WhenEnabled("ExportData", "forward", [] { Click("ExportData", "forward"); });
+    bool thereWhenClicked = false;
+    WhenBarReaches("ExportData", 1, [&] {
+      thereWhenClicked = QFileInfo::exists(target);
+      WhenBox([] { ClickBox("yes"); });
+      Click("ExportData", "cancel");
+    });
+    window_->ExportTo(target, container);
+    QVERIFY(thereWhenClicked);
+    QVERIFY(!QFileInfo::exists(target));
+  }
+}
+
+void OperationsTest::exportAsksBeforeItOverwrites() {
+  const QString target = folder_.filePath("kept");
+  QFile file(target);
+  QVERIFY(file.open(QIODevice::WriteOnly));
+  file.write("kept");
+  file.close();
+  WhenBox([] { ClickBox("cancel"); });
+  window_->ExportTo(target, true);
+  QCOMPARE(QFileInfo(target).size(), 4);
 }
 
 }  // namespace orv::qt
