@@ -340,7 +340,7 @@ class RandomTree : public ContainerExportTest {
 };
 
 TEST_F(RandomTree, ComesBackWhole) {
-  const unsigned trees = test::LongTier() ? 300 : 30;
+  const unsigned trees = test::LongTier() ? 300 : 12;
   for (unsigned seed = 1; seed <= trees; ++seed) {
     SCOPED_TRACE(seed);
     random_.seed(seed);
@@ -358,7 +358,7 @@ TEST_F(RandomTree, ComesBackWhole) {
 }
 
 TEST_F(RandomTree, DamagedNeverDoesMoreThanFail) {
-  const int rounds = test::LongTier() ? 20'000 : 600;
+  const int rounds = test::LongTier() ? 20'000 : 300;
   db_.New("Tree");
   Grow(L"", 3);
   db_.CloseAll();
