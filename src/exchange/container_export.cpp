@@ -44,7 +44,8 @@ ContainerExport::ContainerExport(storage::Storage& storage, ExportServices& serv
       targetPath_(storage::QuotedFile(target)) {}
 
 bool ContainerExport::SaveAsOrvImage(dialogs::ExportData& dialog) {
-  return CreateTarget(dialog) && CreateFields() && CopyProperties() && CopyValues(dialog);
+  return CreateTarget(dialog) && GatherFields() && CreateFields() && CopyProperties() &&
+         FindSourceAgain() && CopyValues(dialog);
 }
 
 bool ContainerExport::SaveAsOrvWithProp(dialogs::ExportData& dialog) {
@@ -63,43 +64,59 @@ bool ContainerExport::CreateTarget(dialogs::ExportData& dialog) {
   return !Failed();
 }
 
-/// Gives the target the source's fields with their names and data types.
-bool ContainerExport::CreateFields() {
-  const std::int32_t fields = storage_.FieldCount(source_);
-  storage_.fields.SvrCmdAddFields(targetPath_, static_cast<std::int16_t>(fields), 1);
-  if (Failed()) return false;
+/// What the target's fields get from the source's. Gathered before anything is written, for new
+/// fields and properties drop the views, the source's included.
+bool ContainerExport::GatherFields() {
   storage::TableReader reader(storage_, source_);
-  storage::CellWriter writer(*target_.file, target_.position, storage_.types, storage_.error);
-  for (std::int32_t f = 1; f <= fields; ++f) {
-    const std::int32_t descriptor =
-        storage_.fields.GetFieldPos(target_.position, static_cast<std::int16_t>(f), *target_.file);
-    writer.WriteName(descriptor, reader.Read(0, f));
-    const storage::FieldReader* const field = reader.Field(f);
-    if (field == nullptr) continue;
-    target_.file->WriteInt16(std::int64_t{descriptor} + layout::descriptor::kDataType,
-                             field->style().dataType);
+  for (std::int32_t f = 1; f <= reader.fields(); ++f) {
+    SourceField& field = fields_.emplace_back();
+    field.name = reader.Read(0, f);
+    const storage::FieldReader* const cells = reader.Field(f);
+    if (cells != nullptr) field.dataType = cells->style().dataType;
+    if (!source_.IsMatrix()) continue;
+    const auto number = static_cast<std::int16_t>(f);
+    field.width =
+        services_.FindTypeValue(sourcePath_, storage::kTypeTableRecord, number, kWidthProperty);
+    if (Failed()) return false;
+    field.type =
+        services_.FindTypeValue(sourcePath_, storage::kTypeTableRecord, number, kTypeProperty);
+    if (Failed()) return false;
+  }
+  return true;
+}
+
+bool ContainerExport::CreateFields() {
+  storage_.fields.SvrCmdAddFields(targetPath_, static_cast<std::int16_t>(fields_.size()), 1);
+  if (Failed()) return false;
+  File& file = *target_.file;
+  storage::CellWriter writer(file, target_.position, storage_.types, storage_.error);
+  std::int16_t f = 0;
+  for (const SourceField& field : fields_) {
+    const std::int32_t descriptor = storage_.fields.GetFieldPos(target_.position, ++f, file);
+    writer.WriteName(descriptor, field.name);
+    file.WriteInt16(std::int64_t{descriptor} + layout::descriptor::kDataType, field.dataType);
   }
   return !Failed();
 }
 
 /// The properties come before the values, so that the cells get the types of their fields.
 bool ContainerExport::CopyProperties() {
-  if (!source_.IsMatrix()) return true;
-  const std::int32_t fields = storage_.FieldCount(source_);
-  for (std::int32_t f = 1; f <= fields; ++f) {
-    if (!CopyProperty(static_cast<std::int16_t>(f), kWidthProperty) ||
-        !CopyProperty(static_cast<std::int16_t>(f), kTypeProperty)) {
-      return false;
-    }
+  const auto set = [&](std::int16_t f, const char* name, const std::string& value) {
+    services_.SetTypeValue(targetPath_, storage::kTypeTableRecord, f, name, value);
+    return !Failed();
+  };
+  std::int16_t f = 0;
+  for (const SourceField& field : fields_) {
+    ++f;
+    if (field.width && !set(f, kWidthProperty, *field.width)) return false;
+    if (field.type && !field.type->empty() && !set(f, kTypeProperty, *field.type)) return false;
   }
   return true;
 }
 
-bool ContainerExport::CopyProperty(std::int16_t f, const std::string& prop) {
-  const auto value = services_.FindTypeValue(sourcePath_, storage::kTypeTableRecord, f, prop);
-  if (Failed()) return false;
-  if (!value || (value->empty() && prop == kTypeProperty)) return true;
-  services_.SetTypeValue(targetPath_, storage::kTypeTableRecord, f, prop, *value);
+/// A view that the target's new fields dropped is built anew.
+bool ContainerExport::FindSourceAgain() {
+  source_ = storage_.resolver.ResolvePath(sourcePath_);
   return !Failed();
 }
 

@@ -1,7 +1,10 @@
 // Export of a table to a new container file.
 #pragma once
 
+#include <cstdint>
+#include <optional>
 #include <string>
+#include <vector>
 
 #include "dialogs/export_data.h"
 #include "exchange/ports.h"
@@ -25,10 +28,19 @@ class ContainerExport {
   bool SaveAsOrvWithProp(dialogs::ExportData& dialog);
 
  private:
+  /// What a field of a copy of values takes along.
+  struct SourceField {
+    std::string name;
+    std::int16_t dataType = 0;
+    std::optional<std::string> width;
+    std::optional<std::string> type;
+  };
+
   bool CreateTarget(dialogs::ExportData& dialog);
+  bool GatherFields();
   bool CreateFields();
+  bool FindSourceAgain();
   bool CopyProperties();
-  bool CopyProperty(std::int16_t f, const std::string& prop);
   bool CopyValues(dialogs::ExportData& dialog);
   bool Failed() const { return storage_.error.IsSet(); }
 
@@ -38,6 +50,7 @@ class ContainerExport {
   storage::Location source_;
   std::wstring targetPath_;
   storage::Location target_;
+  std::vector<SourceField> fields_;
 };
 
 }  // namespace orv::exchange
