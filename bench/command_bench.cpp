@@ -47,7 +47,9 @@ class BenchServices : public Services {
    public:
     BenchColumn(const BenchServices& services, std::int16_t field)
         : services_(services), field_(field) {}
-    std::string_view Text(std::int32_t record, std::string&) override { return services_.Cell(record, field_); }
+    std::string_view Text(std::int32_t record, std::string&) override {
+      return services_.Cell(record, field_);
+    }
     std::string_view TypeName(std::int32_t) override { return {}; }
 
    private:
