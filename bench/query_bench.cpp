@@ -1,5 +1,5 @@
-// Search, views and sorting over 1,000,000 records, through the members that a host calls. Times are
-// for a whole call: a millisecond is a nanosecond a record.
+// Search, views and sorting over 1,000,000 records, through the members that a host calls. Times
+// are for a whole call: a millisecond is a nanosecond a record.
 #include <cstdint>
 #include <cstdlib>
 #include <cstring>
