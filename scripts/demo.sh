@@ -104,6 +104,18 @@ run 'orv show world.dbf --records 1:3 --field name_long --field continent'
 run 'orv import world.dbf world.orv --title World'
 run 'orv show world.orv --records 2 --field 2 --field 3 --field 6'
 
+say "Few different values: a dictionary saves room. The copy without dead space shows how much."
+run 'orv analyse world.orv'
+run 'for field in continent region_un subregion type; do orv style world.orv $field --to dictionary; done'
+run 'orv show world.orv --records 1:3 --field name_long --field continent --field type'
+run 'orv compact world.orv --in-place'
+
+say "Exports: delimited text, and a nested table as a container file of its own."
+run "orv export world.orv world.txt --text --field-separator ';' --record-separator '\\n'"
+run 'head -4 world.txt'
+run "orv export countries.orv '/[$russia,5]' russia.orv --container --with-properties"
+run 'orv info russia.orv'
+
 say "A Cyrillic table in code page 866, written by shapelib's tools and read by them afterwards."
 run 'dbfcreate towns.dbf -s NAME 20 -s OKRUG 20 -n PEOPLE 10 0'
 run 'while IFS=, read -r name district people; do

@@ -69,8 +69,9 @@ void Compact(const CompactOptions& options) {
   if (fs::equivalent(target.File(), copyPath, failure)) {
     throw BadUsage("the copy must be another file; --in-place replaces the file");
   }
-  const ConsoleSession session(options.force);
-  SaveMatrix(source, copyPath.wstring(), SaveKind::kContainerWithProperties, session);
+  const ConsoleSession session;
+  SaveMatrix(source, copyPath.wstring(), SaveKind::kContainerWithProperties, options.force,
+             session);
   TemporaryFile temporary(copyPath);
   Matrix copy(Target(copyPath.string(), "").Path());
   CopyTitle(source, copy);

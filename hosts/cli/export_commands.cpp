@@ -55,12 +55,12 @@ void Export(const ExportOptions& options) {
   if (std::filesystem::equivalent(target.File(), std::filesystem::path(file), failure)) {
     throw BadUsage("a file cannot be exported into itself");
   }
-  const ConsoleSession session(ConsoleChoices{Separator(options.fieldSeparator),
-                                              Separator(options.recordSeparator), options.force});
+  const ConsoleSession session(
+      ConsoleChoices{Separator(options.fieldSeparator), Separator(options.recordSeparator), false});
   const SaveKind kind = options.text             ? SaveKind::kText
                         : options.withProperties ? SaveKind::kContainerWithProperties
                                                  : SaveKind::kContainer;
-  SaveMatrix(matrix, file, kind, session);
+  SaveMatrix(matrix, file, kind, options.force, session);
   std::cout << Counted(records, "record") << '\n';
 }
 

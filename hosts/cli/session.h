@@ -1,7 +1,6 @@
 // The user interface that is in place while a command runs.
 #pragma once
 
-#include <optional>
 #include <utility>
 
 #include "orv/dialogs.h"
@@ -13,10 +12,7 @@ namespace orv::cli {
 /// Installs a console interface; the destructor installs the former one again.
 class ConsoleSession {
  public:
-  /// With `assumeYes` no question is asked: it is answered with OK or Yes.
-  explicit ConsoleSession(bool assumeYes = false)
-      : ConsoleSession(ConsoleChoices{std::nullopt, std::nullopt, assumeYes}) {}
-  explicit ConsoleSession(ConsoleChoices choices)
+  explicit ConsoleSession(ConsoleChoices choices = {})
       : interface_(std::move(choices)), former_(InstallUserInterface(&interface_)) {}
   ~ConsoleSession() { InstallUserInterface(former_); }
   ConsoleSession(const ConsoleSession&) = delete;

@@ -1,6 +1,5 @@
 #include "cli/structure.h"
 
-#include <filesystem>
 #include <limits>
 
 #include "cli/failure.h"
@@ -13,10 +12,12 @@ constexpr std::int16_t kTooManyFields = 6;
 
 }  // namespace
 
+void RemoveForReplacement(const std::filesystem::path& file) {
+  if (std::filesystem::is_regular_file(file)) std::filesystem::remove(file);
+}
+
 void CreateFile(const Target& target, const std::wstring& title, bool replace) {
-  if (replace && std::filesystem::is_regular_file(target.File())) {
-    std::filesystem::remove(target.File());
-  }
+  if (replace) RemoveForReplacement(target.File());
   Matrix matrix(target.FilePart());
   std::wstring file = target.FilePart();
   std::wstring name = title;

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstdint>
+#include <filesystem>
 #include <string>
 #include <vector>
 
@@ -9,6 +10,9 @@
 #include "cli/target.h"
 
 namespace orv::cli {
+
+/// Deletes the file that is about to be replaced, if it is there; never a folder.
+void RemoveForReplacement(const std::filesystem::path& file);
 
 /// Creates a container file with one matrix. An existing file is replaced when `replace` is set;
 /// otherwise the engine asks. Throws `Failure`.

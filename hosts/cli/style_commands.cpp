@@ -1,9 +1,14 @@
 // style, analyse.
+#include <cstdint>
+#include <functional>
 #include <iostream>
 #include <memory>
+#include <string>
+#include <vector>
 
 #include "cli/analysis.h"
 #include "cli/commands.h"
+#include "cli/display.h"
 #include "cli/failure.h"
 #include "cli/matrix.h"
 #include "cli/session.h"
@@ -41,26 +46,40 @@ FieldStyle WantedStyle(const StyleOptions& options) {
   return style;
 }
 
-// A conversion keeps texts only; a matrix in a cell would be lost.
-void RefuseToLoseMatrices(Matrix& matrix, std::int16_t field) {
+// The hash of every text of the field. A conversion keeps texts only, so a matrix in a cell stops
+// it here unless `force` is set.
+std::vector<std::size_t> Texts(Matrix& matrix, std::int16_t field, bool force) {
   const std::int32_t records = matrix.Records();
+  std::vector<std::size_t> hashes;
   for (std::int32_t record = 1; record <= records; ++record) {
-    if (!matrix.Cell(record, field).isMatrix) continue;
-    throw Failure(
-        ToUtf8(matrix.path()) + ": record " + std::to_string(record) +
-        " holds a matrix, which the conversion would lose; --force converts all the same");
+    const CellText cell = matrix.Cell(record, field);
+    if (cell.isMatrix && !force) {
+      throw Failure(ToUtf8(matrix.path()) + ": record " + std::to_string(record) +
+                    " holds a matrix, which the conversion would lose; --force converts all the "
+                    "same");
+    }
+    hashes.push_back(std::hash<std::wstring>()(cell.text));
   }
+  return hashes;
+}
+
+void TellChanges(const std::vector<std::size_t>& before, const std::vector<std::size_t>& after) {
+  std::int64_t changed = 0;
+  for (std::size_t i = 0; i < before.size(); ++i) changed += before[i] != after[i] ? 1 : 0;
+  if (changed == 0) return;
+  std::cerr << "orv: " << Counted(changed, "value") << " cannot be read back as before\n";
 }
 
 void Convert(Matrix& matrix, std::int16_t field, const StyleOptions& options) {
   const FieldStyle wanted = WantedStyle(options);
-  if (!options.force) RefuseToLoseMatrices(matrix, field);
+  const std::vector<std::size_t> before = Texts(matrix, field, options.force);
   const ConsoleSession session;
   matrix.SetStyle(field, wanted);
   session.Check("the conversion");
   if (matrix.Style(field).freeSize != wanted.freeSize) {
     throw Failure(ToUtf8(matrix.path()) + ": the field kept its style");
   }
+  TellChanges(before, Texts(matrix, field, true));
 }
 
 void Style(const StyleOptions& options) {

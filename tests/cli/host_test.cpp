@@ -18,6 +18,8 @@ namespace {
 
 class HostTest : public testing::Test {
  protected:
+  ~HostTest() override { Engine().CloseAll(); }
+
   Json Ask(const Json& request) { return Json::parse(host_.Answer(request.dump())); }
   Json Call(const char* member, Json arguments = Json::array()) {
     return Ask({{"member", member}, {"args", std::move(arguments)}});
