@@ -4,7 +4,7 @@
 packages_build="cmake g++ libcli11-dev libbenchmark-dev libgmock-dev libgtest-dev librapidcheck-dev
   ninja-build nlohmann-json3-dev pkg-config"
 packages_qt="qt6-base-dev xvfb xauth fonts-dejavu-core"
-packages_test="$packages_build $packages_qt"
+packages_test="$packages_build $packages_qt libshp-dev"
 packages_bench="$packages_build"
 packages_bench_peers="liblmdb-dev libshp-dev libsqlite3-dev"
 packages_demo="$packages_build python3 shapelib"
