@@ -169,6 +169,8 @@ void FieldConversion::SetAsFixed(CompressForm& form, const Target& target, std::
   form.SetBusyPointer(true);
   form.SetRange(0, records);
   std::string block;
+  block.reserve(static_cast<std::size_t>(records) * static_cast<std::size_t>(cellsize) +
+                2 * sizeof records);
   storage::AppendInteger(block, records);
   for (std::int32_t r = 1; r <= records; ++r) {
     if (!ShowRecord(form, r)) return;
