@@ -223,6 +223,11 @@ void FieldConversion::SetAsCompressed(CompressForm& form, const Target& target) 
         Icon::kCritical);
     return;
   }
+  if (target.matrix.throughProperties) {
+    // Type tables and dictionaries are read without asking for the types of their own fields.
+    storage_.error.Set(code::kPropertyRefused);
+    return;
+  }
   File& file = *target.matrix.file;
   FieldReader reader = ReaderOf(target);
   const std::int32_t records = storage::TrustedRecordCount(file, target.matrix.position);
