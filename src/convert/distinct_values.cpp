@@ -1,63 +1,74 @@
 #include "convert/distinct_values.h"
 
 #include <algorithm>
-#include <cstring>
 #include <functional>
+#include <new>
+#include <utility>
 
 namespace orv::convert {
 namespace {
 
 constexpr std::size_t kFirstSlots = 1024;
-constexpr std::size_t kTextBlock = std::size_t{64} * 1024;
+constexpr std::size_t kBlock = std::size_t{64} * 1024;
+/// At most three slots of four are taken.
+constexpr std::size_t kTaken = 3;
+constexpr std::size_t kOf = 4;
+
+std::size_t RoundedUp(std::size_t bytes, std::size_t step) {
+  return (bytes + step - 1) / step * step;
+}
 
 }  // namespace
 
 DistinctValues::DistinctValues() : slots_(kFirstSlots) {}
 
 std::int32_t DistinctValues::Add(std::string_view value) {
-  const std::size_t hash = std::hash<std::string_view>()(value);
-  const std::size_t slot = FindSlot(value, hash);
-  const std::int32_t known = slots_[slot];
-  if (known != 0) {
-    ++entries_[static_cast<std::size_t>(known - 1)].count;
-    return known;
+  const auto hash = static_cast<std::uint32_t>(std::hash<std::string_view>()(value));
+  Slot& slot = FindSlot(value, hash);
+  if (slot.number != 0) {
+    ++slot.entry->count;
+    return slot.number;
   }
-  entries_.push_back({Keep(value), hash, 1});
-  slots_[slot] = size();
-  if (entries_.size() * 2 > slots_.size()) Widen();
+  Entry* const entry = Keep(value);
+  entries_.push_back(entry);
+  slot = {hash, size(), entry};
+  if (entries_.size() * kOf > slots_.size() * kTaken) Widen();
   return size();
 }
 
-std::size_t DistinctValues::FindSlot(std::string_view value, std::size_t hash) const {
+DistinctValues::Slot& DistinctValues::FindSlot(std::string_view value, std::uint32_t hash) {
   const std::size_t mask = slots_.size() - 1;
-  for (std::size_t slot = hash & mask;; slot = (slot + 1) & mask) {
-    if (slots_[slot] == 0) return slot;
-    const Entry& entry = At(slots_[slot]);
-    if (entry.hash == hash && entry.value == value) return slot;
+  for (std::size_t i = hash & mask;; i = (i + 1) & mask) {
+    Slot& slot = slots_[i];
+    if (slot.number == 0) return slot;
+    if (slot.hash == hash && slot.entry->Text() == value) return slot;
   }
 }
 
 void DistinctValues::Widen() {
-  slots_.assign(slots_.size() * 2, 0);
-  const std::size_t mask = slots_.size() - 1;
-  for (std::int32_t i = 1; i <= size(); ++i) {
-    std::size_t slot = At(i).hash & mask;
-    while (slots_[slot] != 0) slot = (slot + 1) & mask;
-    slots_[slot] = i;
+  std::vector<Slot> wider(slots_.size() * 2);
+  const std::size_t mask = wider.size() - 1;
+  for (const Slot& slot : slots_) {
+    if (slot.number == 0) continue;
+    std::size_t i = slot.hash & mask;
+    while (wider[i].number != 0) i = (i + 1) & mask;
+    wider[i] = slot;
   }
+  slots_ = std::move(wider);
 }
 
-std::string_view DistinctValues::Keep(std::string_view value) {
-  if (value.empty()) return {};
-  if (value.size() > room_) {
-    room_ = std::max(kTextBlock, value.size());
-    texts_.push_back(std::make_unique_for_overwrite<char[]>(room_));
+DistinctValues::Entry* DistinctValues::Keep(std::string_view value) {
+  const std::size_t bytes = RoundedUp(sizeof(Entry) + value.size(), alignof(Entry));
+  if (bytes > room_ - used_) {
+    room_ = std::max(kBlock, bytes);
+    used_ = 0;
+    blocks_.push_back(std::make_unique_for_overwrite<std::byte[]>(room_));
   }
-  // A block is filled from its end, so that what is left of it is all the state there is.
-  room_ -= value.size();
-  char* const place = texts_.back().get() + room_;
-  std::memcpy(place, value.data(), value.size());
-  return {place, value.size()};
+  auto* const entry =
+      new (blocks_.back().get() + used_) Entry{1, static_cast<std::uint32_t>(value.size())};
+  used_ += bytes;
+  std::copy(value.begin(), value.end(), entry->Place());
+  return entry;
 }
 
 }  // namespace orv::convert

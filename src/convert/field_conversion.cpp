@@ -169,6 +169,8 @@ void FieldConversion::SetAsFixed(CompressForm& form, const Target& target, std::
   form.SetBusyPointer(true);
   form.SetRange(0, records);
   std::string block;
+  block.reserve(static_cast<std::size_t>(records) * static_cast<std::size_t>(cellsize) +
+                2 * sizeof records);
   storage::AppendInteger(block, records);
   for (std::int32_t r = 1; r <= records; ++r) {
     if (!ShowRecord(form, r)) return;
@@ -219,6 +221,11 @@ void FieldConversion::SetAsCompressed(CompressForm& form, const Target& target) 
     dialogs::ShowNotice(
         L"Невозможно создать словарь из под фильтра. Очистите фильтр и попробуйте еще раз.",
         Icon::kCritical);
+    return;
+  }
+  if (target.matrix.throughProperties) {
+    // Type tables and dictionaries are read without asking for the types of their own fields.
+    storage_.error.Set(code::kPropertyRefused);
     return;
   }
   File& file = *target.matrix.file;

@@ -10,6 +10,7 @@ namespace orv::convert {
 bool AnalyseField(dialogs::CompressForm& form, storage::FieldReader& reader, std::int32_t records,
                   Analysis& analysis) {
   dialogs::CancelRequest::Clear();
+  analysis.numbers.reserve(static_cast<std::size_t>(records));
   form.SetRange(0, records);
   for (std::int32_t r = 1; r <= records; ++r) {
     form.SetValue(r);

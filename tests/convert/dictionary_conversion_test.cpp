@@ -233,6 +233,18 @@ TEST_F(DictionaryConversion, WorksInNestedMatricesAndBesideOtherTypes) {
   ExpectSound();
 }
 
+TEST_F(DictionaryConversion, IsRefusedForWhatDescribesTypes) {
+  Fill({"a", "b"});
+  Convert(style::kDictionary);
+  const std::string bytes = Bytes().bytes();
+  for (const wchar_t* steps : {L"/#", L"/#/[1,3]", kDictionaryPath}) {
+    db_.SetStyle(steps, 1, style::kDictionary);
+    EXPECT_EQ(db_.Error(), 54);
+    EXPECT_TRUE(screen_.LastDialog().closed);
+  }
+  EXPECT_TRUE(Bytes().bytes() == bytes);
+}
+
 TEST_F(DictionaryConversion, CancelledInAnyStepLeavesTheOldStyle) {
   const Texts texts = Repeating(9, 4);
   const std::vector<std::pair<std::size_t, std::vector<int>>> presses = {

@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include "convert/field_conversion.h"
 #include "support/raises.h"
 
 namespace orv::convert {
@@ -51,6 +52,11 @@ TEST(StyleRequest, NeedsNineCharacters) {
                                      "1    --"));
   EXPECT_RAISES(5, ParseStyleRequest("\x02"
                                      "1    --\x01\x01"));
+}
+
+TEST(FieldConversion, BinaryModeIsTheTextItself) {
+  EXPECT_EQ(FieldConversion::ToBinaryMode(L"текст"), Value(std::wstring(L"текст")));
+  EXPECT_EQ(FieldConversion::ToBinaryMode(L""), Value(std::wstring()));
 }
 
 }  // namespace
