@@ -231,6 +231,7 @@ void FieldConversion::SetAsCompressed(CompressForm& form, const Target& target) 
   File& file = *target.matrix.file;
   FieldReader reader = ReaderOf(target);
   const std::int32_t records = storage::TrustedRecordCount(file, target.matrix.position);
+  form.RunStep(Step::kAnalysis);
   Analysis analysis;
   if (!AnalyseField(form, reader, records, analysis)) return;
   form.ShowResult(Step::kAnalysis, std::to_wstring(Efficiency(records, analysis.values.size())) +

@@ -66,7 +66,9 @@ TEST_F(DictionaryConversion, ShowsItsStepsWithShiftedResults) {
   EXPECT_EQ(screen_.LastDialog().texts,
             (std::vector<LabelText>{
                 {L"Label", L"Изменение способа хранения данных: \"Словарный\"", false},
+                {L"Steps(1)", L"» Анализ данных таблицы...", true},
                 {L"StpRes(1)", L"50% - Эфективность метода", false},
+                {L"Steps(1)", L"Анализ данных таблицы", false},
                 {L"Steps(2)", L"» Создание словаря...", true},
                 {L"StpRes(3)", L"Выполнено", false},
                 {L"Steps(2)", L"Создание словаря", false},
@@ -81,14 +83,14 @@ TEST_F(DictionaryConversion, ShowsItsStepsWithShiftedResults) {
 TEST_F(DictionaryConversion, OfDifferentValuesOnlyGoesOnAllTheSame) {
   Fill({"a", "b", "c"});
   Convert(style::kDictionary);
-  EXPECT_EQ(screen_.LastDialog().texts[1].text, L"0% - Эфективность метода");
+  EXPECT_EQ(screen_.LastDialog().texts[2].text, L"0% - Эфективность метода");
   EXPECT_EQ(Read(), (Texts{"a", "b", "c"}));
 }
 
 TEST_F(DictionaryConversion, OfAMatrixWithoutRecordsTakesValuesAfterwards) {
   Fill({});
   Convert(style::kDictionary);
-  EXPECT_EQ(screen_.LastDialog().texts[1].text, L"0% - Эфективность метода");
+  EXPECT_EQ(screen_.LastDialog().texts[2].text, L"0% - Эфективность метода");
   db_.AddRecords(L"", 3, 1);
   ASSERT_EQ(db_.Error(), 0);
   db_.Set(L"", 3, kField, "new");
