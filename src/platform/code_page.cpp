@@ -101,10 +101,15 @@ bool IsAscii(const char* group) {
   return (bytes & 0x8080808080808080U) == 0;
 }
 
-bool IsAscii(const wchar_t* group) {
-  std::size_t all = 0;
-  for (std::size_t i = 0; i < kGroup; ++i) all |= IndexOf(group[i]);
-  return all < 0x80;
+/// Stores a group of wide characters as bytes; false, with nothing stored, when one is not ASCII.
+bool NarrowAscii(const wchar_t* group, char* bytes) {
+  wchar_t all = 0;
+  for (std::size_t i = 0; i < kGroup; ++i) all |= group[i];
+  if (IndexOf(all) >= 0x80) return false;
+  std::uint64_t packed = 0;
+  for (std::size_t i = kGroup; i-- > 0;) packed = packed << 8 | IndexOf(group[i]);
+  std::memcpy(bytes, &packed, sizeof packed);
+  return true;
 }
 
 template <typename Char>
@@ -133,6 +138,15 @@ char ToByte(wchar_t wide) noexcept {
   return HasByte(wide) ? static_cast<char>(kByte[IndexOf(wide)]) : kNoByteMark;
 }
 
+bool IsAscii(std::string_view bytes) noexcept {
+  for (; bytes.size() >= kGroup; bytes.remove_prefix(kGroup)) {
+    if (!IsAscii(bytes.data())) return false;
+  }
+  unsigned all = 0;
+  for (const char byte : bytes) all |= static_cast<unsigned char>(byte);
+  return all < 0x80;
+}
+
 void ToWide(std::string_view bytes, std::wstring& wide) {
   wide.resize(bytes.size());
   const char* from = bytes.data();
@@ -147,13 +161,15 @@ void ToWide(std::string_view bytes, std::wstring& wide) {
 void ToBytes(std::wstring_view wide, std::string& bytes) {
   bytes.resize(wide.size());
   std::size_t count = 0;
-  for (; wide.size() - count >= kGroup && IsAscii(&wide[count]); count += kGroup) {
-    for (std::size_t i = 0; i < kGroup; ++i) {
-      bytes[count + i] = static_cast<char>(wide[count + i]);
-    }
+  while (wide.size() - count >= kGroup && NarrowAscii(&wide[count], &bytes[count])) {
+    count += kGroup;
   }
   for (std::size_t i = count; i < wide.size(); ++i) {
-    if (!IsSecondHalf(wide, i)) bytes[count++] = ToByte(wide[i]);
+    if (IndexOf(wide[i]) < 0x80) {
+      bytes[count++] = static_cast<char>(wide[i]);
+    } else if (!IsSecondHalf(wide, i)) {
+      bytes[count++] = ToByte(wide[i]);
+    }
   }
   bytes.resize(count);
 }
