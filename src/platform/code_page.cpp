@@ -101,6 +101,25 @@ bool IsAscii(const char* group) {
   return (bytes & 0x8080808080808080U) == 0;
 }
 
+/// Stores a group of bytes as wide characters; false, with nothing stored, when one is not ASCII.
+bool WidenAscii(const char* group, wchar_t* wide) {
+  if (!IsAscii(group)) return false;
+  for (std::size_t i = 0; i < kGroup; ++i) wide[i] = static_cast<wchar_t>(group[i]);
+  return true;
+}
+
+/// Stores the wide characters of the bytes.
+void Widen(std::string_view bytes, wchar_t* wide) {
+  const char* from = bytes.data();
+  const std::size_t size = bytes.size();
+  std::size_t i = 0;
+  while (size - i >= kGroup && WidenAscii(from + i, wide + i)) i += kGroup;
+  // The rest of a longer text is the end of its last group.
+  const bool endsInGroup = size >= kGroup && size - i < kGroup;
+  if (endsInGroup && WidenAscii(from + size - kGroup, wide + size - kGroup)) return;
+  for (; i < size; ++i) wide[i] = ToWide(from[i]);
+}
+
 /// Stores a group of wide characters as bytes; false, with nothing stored, when one is not ASCII.
 bool NarrowAscii(const wchar_t* group, char* bytes) {
   wchar_t all = 0;
@@ -149,13 +168,7 @@ bool IsAscii(std::string_view bytes) noexcept {
 
 void ToWide(std::string_view bytes, std::wstring& wide) {
   wide.resize(bytes.size());
-  const char* from = bytes.data();
-  wchar_t* to = wide.data();
-  std::size_t left = bytes.size();
-  for (; left >= kGroup && IsAscii(from); left -= kGroup, from += kGroup, to += kGroup) {
-    for (std::size_t i = 0; i < kGroup; ++i) to[i] = static_cast<wchar_t>(from[i]);
-  }
-  for (; left > 0; --left) *to++ = ToWide(*from++);
+  Widen(bytes, wide.data());
 }
 
 void ToBytes(std::wstring_view wide, std::string& bytes) {
@@ -175,8 +188,8 @@ void ToBytes(std::wstring_view wide, std::string& bytes) {
 }
 
 std::wstring ToWide(std::string_view bytes) {
-  std::wstring wide;
-  ToWide(bytes, wide);
+  std::wstring wide(bytes.size(), L'\0');
+  Widen(bytes, wide.data());
   return wide;
 }
 
