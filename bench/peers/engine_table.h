@@ -34,10 +34,9 @@ class EngineTable {
     std::int32_t one = 1;
     engine_.CmdAddRecord(path_, one, record);
   }
-  /// Fills the array with its own records.
-  void ReadBlock(TextMatrix& block) {
+  /// Fills the array with its own records, up to `last`.
+  void ReadBlock(TextMatrix& block, std::int32_t last) {
     std::int32_t first = block.records().low;
-    std::int32_t last = block.records().high;
     Boolean formula = Boolean::kFalse;
     engine_.ValueMatrix(block, path_, first, last, formula);
   }

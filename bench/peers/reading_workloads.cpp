@@ -55,10 +55,11 @@ Workload ReadEveryCell(Stores& stores, std::string name) {
 
 Pass ReadBlocks(EngineTable& table, std::int32_t records) {
   Check check;
+  TextMatrix block({1, kFields}, {1, kBlockRecords});
   for (std::int32_t first = 1; first <= records; first += kBlockRecords) {
     const std::int32_t last = std::min(first + kBlockRecords - 1, records);
-    TextMatrix block({1, kFields}, {first, last});
-    table.ReadBlock(block);
+    block.StartRecordsAt(first);
+    table.ReadBlock(block, last);
     for (std::int32_t record = first; record <= last; ++record) {
       for (std::int32_t field = 1; field <= kFields; ++field) {
         check.Add(std::wstring_view(block.At(field, record)));

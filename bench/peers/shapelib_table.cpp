@@ -15,8 +15,6 @@ void ShapelibTable::Load(std::int32_t records) {
   for (std::int32_t record = 1; record <= records; ++record) {
     for (std::int16_t f = 1; f <= kFields; ++f) WriteCell(record, f, {CellText(record, f), {}});
   }
-  Close();
-  Open();
 }
 
 void ShapelibTable::Open() {

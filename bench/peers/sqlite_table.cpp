@@ -79,6 +79,11 @@ void SqliteTable::Load(std::int32_t records) {
   Commit();
 }
 
+void SqliteTable::Open() {
+  OpenDatabase();
+  PrepareAll();
+}
+
 void SqliteTable::OpenFor(std::int16_t field) {
   OpenDatabase();
   PrepareSelect(field);

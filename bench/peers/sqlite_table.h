@@ -29,6 +29,7 @@ class SqliteTable {
   void Create();
   /// The same, filled in one transaction.
   void Load(std::int32_t records);
+  void Open();
   /// Opens the database for reading one field's cells, and prepares nothing else.
   void OpenFor(std::int16_t field);
   void Close();

@@ -4,10 +4,17 @@
 
 namespace orv::bench {
 
+void Stores::Renew(const std::string& name) const {
+  std::filesystem::copy_file(File(name), File("copy"));
+  std::filesystem::rename(File("copy"), File(name));
+}
+
 EngineTable& Stores::engine() {
   if (engine_) return *engine_;
   engine_ = std::make_unique<EngineTable>(File("table.orv"));
   engine_->Load(records_);
+  engine_->Close();
+  Renew("table.orv");
   return *engine_;
 }
 
@@ -16,6 +23,9 @@ SqliteTable& Stores::Sqlite(std::unique_ptr<SqliteTable>& slot, const char* file
   if (slot) return *slot;
   slot = std::make_unique<SqliteTable>(File(file), mode);
   slot->Load(records_);
+  slot->Close();
+  Renew(file);
+  slot->Open();
   return *slot;
 }
 
@@ -31,6 +41,9 @@ LmdbTable& Stores::lmdb() {
   if (lmdb_) return *lmdb_;
   lmdb_ = std::make_unique<LmdbTable>(File("table.lmdb"));
   lmdb_->Load(records_);
+  lmdb_->Close();
+  Renew("table.lmdb");
+  lmdb_->Open();
   return *lmdb_;
 }
 
@@ -54,6 +67,9 @@ ShapelibTable& Stores::shapelib() {
   if (shapelib_) return *shapelib_;
   shapelib_ = std::make_unique<ShapelibTable>(File("shapelib.dbf"));
   shapelib_->Load(dbaseRecords_);
+  shapelib_->Close();
+  Renew("shapelib.dbf");
+  shapelib_->Open();
   return *shapelib_;
 }
 

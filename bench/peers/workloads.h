@@ -18,7 +18,9 @@
 namespace orv::bench {
 
 /// The stores of a run, each holding the same table. Made when a workload first asks, so that a run
-/// of few workloads builds little; all files lie in the run's own folder.
+/// of few workloads builds little; all files lie in the run's own folder. Each file is a copy of
+/// the one that was filled, so that what is measured is a file as it arrives and not the state in
+/// which its builder left the system's cache.
 class Stores {
  public:
   Stores(const BenchFolder& folder, std::int32_t records)
@@ -40,6 +42,8 @@ class Stores {
   FloorDbase& floorDbase();
 
  private:
+  /// Puts a copy of the file in its place.
+  void Renew(const std::string& name) const;
   SqliteTable& Sqlite(std::unique_ptr<SqliteTable>& slot, const char* file, SqliteTable::Mode mode);
 
   const BenchFolder& folder_;

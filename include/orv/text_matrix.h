@@ -3,6 +3,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <limits>
 #include <string>
 #include <vector>
 
@@ -33,6 +34,15 @@ class TextMatrix {
 
   const Bounds& fields() const { return fields_; }
   const Bounds& records() const { return records_; }
+
+  /// Numbers the records from `first` on, as many as before; the texts stay where they are. A host
+  /// that reads a long matrix block by block uses one array, and its room, for all of them.
+  void StartRecordsAt(std::int32_t first) {
+    const std::int64_t last = std::int64_t{first} + records_.high - records_.low;
+    if (records_.Count() > 0 && last <= std::numeric_limits<std::int32_t>::max()) {
+      records_ = {first, static_cast<std::int32_t>(last)};
+    }
+  }
 
   bool Contains(std::int32_t field, std::int32_t record) const {
     return fields_.Contains(field) && records_.Contains(record);

@@ -109,7 +109,7 @@ std::wstring Engine::GetCellValue(std::wstring& p, std::int32_t& Rec, std::int16
   bool holdsMatrix = false;
   std::wstring text;
   CallMember([&](Component& component) {
-    ToWide(component.storage.cells.SvrGetCellValue(p, Rec, Fld, holdsMatrix, IsTrue(Frml)), text);
+    text = ToWide(component.storage.cells.SvrGetCellValue(p, Rec, Fld, holdsMatrix, IsTrue(Frml)));
   });
   isMtx = ToBoolean(holdsMatrix);
   return text;

@@ -59,7 +59,10 @@ std::uint8_t WidthByte(const File& file, std::int16_t f) {
 std::int64_t CellPosition(const File& file, std::int32_t r, std::int16_t f) {
   std::int64_t offset = Unsigned16At(file, kHeaderLengthOffset) + kFlagBytes +
                         (std::int64_t{r} - 1) * Unsigned16At(file, kRecordLengthOffset);
-  for (std::int16_t before = 1; before < f; ++before) offset += WidthByte(file, before);
+  const std::string_view before = file.View(At(kDescriptorBytes), kDescriptorBytes * (f - 1));
+  for (std::size_t width = kFieldLengthOffset; width < before.size(); width += kDescriptorBytes) {
+    offset += static_cast<unsigned char>(before[width]);
+  }
   return At(offset);
 }
 
@@ -95,7 +98,9 @@ std::string DbaseTables::FieldName(File& file, std::int16_t f) const {
 
 std::string_view DbaseTables::ReadCell(File& file, std::int32_t r, std::int16_t f) const {
   const std::string_view bytes = Bytes(file, CellPosition(file, r, f), WidthByte(file, f));
-  Convert(platform::Trim(bytes), converted_);
+  const std::string_view text = platform::Trim(bytes);
+  if (platform::IsAscii(text)) return text;
+  Convert(text, converted_);
   return converted_;
 }
 

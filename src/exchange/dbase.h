@@ -21,7 +21,7 @@ class DbaseTables final : public storage::DbasePort {
                  std::string_view text) override;
 
  private:
-  mutable std::string converted_;  ///< the text handed out last
+  mutable std::string converted_;  ///< the text handed out last, unless the file holds it so
 };
 
 }  // namespace orv::exchange

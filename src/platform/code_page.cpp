@@ -101,10 +101,34 @@ bool IsAscii(const char* group) {
   return (bytes & 0x8080808080808080U) == 0;
 }
 
-bool IsAscii(const wchar_t* group) {
-  std::size_t all = 0;
-  for (std::size_t i = 0; i < kGroup; ++i) all |= IndexOf(group[i]);
-  return all < 0x80;
+/// Stores a group of bytes as wide characters; false, with nothing stored, when one is not ASCII.
+bool WidenAscii(const char* group, wchar_t* wide) {
+  if (!IsAscii(group)) return false;
+  for (std::size_t i = 0; i < kGroup; ++i) wide[i] = static_cast<wchar_t>(group[i]);
+  return true;
+}
+
+/// Stores the wide characters of the bytes.
+void Widen(std::string_view bytes, wchar_t* wide) {
+  const char* from = bytes.data();
+  const std::size_t size = bytes.size();
+  std::size_t i = 0;
+  while (size - i >= kGroup && WidenAscii(from + i, wide + i)) i += kGroup;
+  // The rest of a longer text is the end of its last group.
+  const bool endsInGroup = size >= kGroup && size - i < kGroup;
+  if (endsInGroup && WidenAscii(from + size - kGroup, wide + size - kGroup)) return;
+  for (; i < size; ++i) wide[i] = ToWide(from[i]);
+}
+
+/// Stores a group of wide characters as bytes; false, with nothing stored, when one is not ASCII.
+bool NarrowAscii(const wchar_t* group, char* bytes) {
+  wchar_t all = 0;
+  for (std::size_t i = 0; i < kGroup; ++i) all |= group[i];
+  if (IndexOf(all) >= 0x80) return false;
+  std::uint64_t packed = 0;
+  for (std::size_t i = kGroup; i-- > 0;) packed = packed << 8 | IndexOf(group[i]);
+  std::memcpy(bytes, &packed, sizeof packed);
+  return true;
 }
 
 template <typename Char>
@@ -133,34 +157,39 @@ char ToByte(wchar_t wide) noexcept {
   return HasByte(wide) ? static_cast<char>(kByte[IndexOf(wide)]) : kNoByteMark;
 }
 
+bool IsAscii(std::string_view bytes) noexcept {
+  for (; bytes.size() >= kGroup; bytes.remove_prefix(kGroup)) {
+    if (!IsAscii(bytes.data())) return false;
+  }
+  unsigned all = 0;
+  for (const char byte : bytes) all |= static_cast<unsigned char>(byte);
+  return all < 0x80;
+}
+
 void ToWide(std::string_view bytes, std::wstring& wide) {
   wide.resize(bytes.size());
-  const char* from = bytes.data();
-  wchar_t* to = wide.data();
-  std::size_t left = bytes.size();
-  for (; left >= kGroup && IsAscii(from); left -= kGroup, from += kGroup, to += kGroup) {
-    for (std::size_t i = 0; i < kGroup; ++i) to[i] = static_cast<wchar_t>(from[i]);
-  }
-  for (; left > 0; --left) *to++ = ToWide(*from++);
+  Widen(bytes, wide.data());
 }
 
 void ToBytes(std::wstring_view wide, std::string& bytes) {
   bytes.resize(wide.size());
   std::size_t count = 0;
-  for (; wide.size() - count >= kGroup && IsAscii(&wide[count]); count += kGroup) {
-    for (std::size_t i = 0; i < kGroup; ++i) {
-      bytes[count + i] = static_cast<char>(wide[count + i]);
-    }
+  while (wide.size() - count >= kGroup && NarrowAscii(&wide[count], &bytes[count])) {
+    count += kGroup;
   }
   for (std::size_t i = count; i < wide.size(); ++i) {
-    if (!IsSecondHalf(wide, i)) bytes[count++] = ToByte(wide[i]);
+    if (IndexOf(wide[i]) < 0x80) {
+      bytes[count++] = static_cast<char>(wide[i]);
+    } else if (!IsSecondHalf(wide, i)) {
+      bytes[count++] = ToByte(wide[i]);
+    }
   }
   bytes.resize(count);
 }
 
 std::wstring ToWide(std::string_view bytes) {
-  std::wstring wide;
-  ToWide(bytes, wide);
+  std::wstring wide(bytes.size(), L'\0');
+  Widen(bytes, wide.data());
   return wide;
 }
 

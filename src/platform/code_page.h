@@ -20,6 +20,9 @@ char ToByte(wchar_t wide) noexcept;
 /// Whether the page has a byte for the character.
 bool HasByte(wchar_t wide) noexcept;
 
+/// Whether every byte is an ASCII character, the same in all code pages that matter here.
+bool IsAscii(std::string_view bytes) noexcept;
+
 std::wstring ToWide(std::string_view bytes);
 /// One byte a character; a surrogate pair is one character.
 std::string ToBytes(std::wstring_view wide);

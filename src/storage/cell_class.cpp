@@ -38,7 +38,7 @@ std::string_view CellClass::SvrGetCellValue(const std::wstring& p, std::int32_t 
   }
   std::int32_t record = rec;
   std::int16_t field = fld;
-  if (!MapToUnderlying(at, record, field)) return kBeyondViewText;
+  if (at.IsView() && !MapToUnderlying(at, record, field)) return kBeyondViewText;
   const std::string_view text = ReadUnderlying(at, record, field, isMtx);
   if (!frml || at.IsDbase() || ports_.formulas == nullptr) return text;
   // The formula may read other cells through this very service, so it gets a text of its own.
@@ -49,9 +49,8 @@ std::string_view CellClass::SvrGetCellValue(const std::wstring& p, std::int32_t 
   return buffer_;
 }
 
-/// Turns the caller's numbers into the matrix's own; false, with 20, for a record beyond the view.
+/// Turns the numbers of a view into the matrix's own; false, with 20, for a record beyond the view.
 bool CellClass::MapToUnderlying(const Location& at, std::int32_t& rec, std::int16_t& fld) {
-  if (!at.IsView()) return true;
   fld = ports_.filters->GetCashFld(at.filter, fld);
   if (rec < 1) return true;
   rec = ports_.filters->GetFilterValue(at.filter, rec);
@@ -63,7 +62,7 @@ bool CellClass::MapToUnderlying(const Location& at, std::int32_t& rec, std::int1
 std::string_view CellClass::ReadCell(const Location& at, std::int32_t rec, std::int16_t fld,
                                      bool& isMtx) {
   isMtx = false;
-  if (!MapToUnderlying(at, rec, fld)) return kBeyondViewText;
+  if (at.IsView() && !MapToUnderlying(at, rec, fld)) return kBeyondViewText;
   return ReadUnderlying(at, rec, fld, isMtx);
 }
 
@@ -118,7 +117,7 @@ void CellClass::SvrSetCellValue(std::string_view v, const std::wstring& p, std::
     error_.Set(code::kBadArgument);
     return;
   }
-  if (!MapToUnderlying(at, rec, fld)) return;
+  if (at.IsView() && !MapToUnderlying(at, rec, fld)) return;
   if (at.IsDbase()) {
     ports_.dbase->WriteCell(*at.file, rec, fld, v);
     return;

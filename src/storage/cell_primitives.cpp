@@ -1,6 +1,9 @@
 #include "storage/cell_primitives.h"
 
+#include <array>
+#include <cstring>
 #include <optional>
+#include <tuple>
 
 #include "platform/code_page.h"
 #include "storage/bytes.h"
@@ -48,6 +51,14 @@ void SwitchToLongForm(std::int32_t p, std::int16_t& tp, std::string_view text, F
   nm.WriteInt32(ep, end);
 }
 
+/// The usual cell: code and one piece, in one write.
+void AppendShortCell(std::int32_t p, std::int16_t tp, std::string_view text, File& nm) {
+  std::array<char, layout::cell::kText + std::tuple_size_v<ShortPiece>> bytes;
+  std::memcpy(bytes.data(), &tp, sizeof tp);
+  const std::size_t piece = StoreShortPiece(text, bytes.data() + layout::cell::kText);
+  nm.Write(p, {bytes.data(), layout::cell::kText + piece});
+}
+
 void CreateCell(std::int32_t& p, std::int16_t& tp, std::string_view text, File& nm,
                 std::int32_t ep) {
   if (tp == 0) {
@@ -55,12 +66,14 @@ void CreateCell(std::int32_t& p, std::int16_t& tp, std::string_view text, File& 
                                                      : layout::cell::kPlainLong;
   }
   p = EndOfFile(nm);
-  std::string bytes;
-  bytes.reserve(text.size() + layout::cell::kText + layout::kLongLengthBytes +
-                layout::kPointerBytes);
-  AppendInteger(bytes, tp);
-  AppendTextPieces(bytes, std::int64_t{p} + layout::cell::kText, text, LengthBytes(tp));
-  nm.Write(p, bytes);
+  if (LengthBytes(tp) == layout::kShortLengthBytes && text.size() <= kShortPieceLimit) {
+    AppendShortCell(p, tp, text, nm);
+  } else {
+    std::string bytes;
+    AppendInteger(bytes, tp);
+    AppendTextPieces(bytes, std::int64_t{p} + layout::cell::kText, text, LengthBytes(tp));
+    nm.Write(p, bytes);
+  }
   nm.WriteInt32(ep, p);
 }
 

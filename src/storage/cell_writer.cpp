@@ -40,10 +40,9 @@ void CellWriter::Write(std::int32_t descriptor, std::int32_t r, std::int16_t f,
                        std::string_view text) {
   const std::int32_t records = ContainerRecordCount(file_, matrix_);
   if (r < 1 || r > records) Raise(RunTimeError::kSubscript);
+  if (HoldsFreeCells(descriptor, file_)) return WriteFree(descriptor, r, f, text);
   const FieldStyle style = StyleOf(descriptor, file_);
   switch (style.freeSize) {
-    case free_size::kFree:
-      return WriteFree(descriptor, r, f, text);
     case free_size::kFixed:
       return WriteFixed(descriptor, r, style, text);
     case free_size::kDictionary:

@@ -44,11 +44,12 @@ ChainEntry EntryAt(const File& file, std::int64_t position, std::int32_t w) {
 
 /// Appends a block that ends with entry `k` behind the last block; returns the entry's position
 /// less 4.
-std::int32_t AppendBlock(File& file, const ChainBlocks::Block& last, std::int64_t k,
-                         std::int32_t w) {
+std::int32_t AppendBlock(File& file, std::int32_t start, const ChainBlocks::Block& last,
+                         std::int64_t k, std::int32_t w) {
   const std::int64_t count = k - (last.first - 1 + last.count);
   const std::int32_t block = AppendChainBlock(file, count, w);
   file.WriteInt32(EntryPosition(last, last.first + last.count, w), block);
+  ChainDirectory::Of(file).Blocks(start, w).Follow(file);
   return static_cast<std::int32_t>(block + (count - 1) * w);
 }
 
@@ -73,7 +74,7 @@ ChainEntry ReadChainEntry(File& file, std::int32_t start, std::int64_t k, std::i
   const ChainBlocks::Block block = FindBlock(file, start, k, w);
   if (Holds(block, k)) return EntryAt(file, EntryPosition(block, k, w), w);
   if (!mayGrow || k < 1) Raise(RunTimeError::kSubscript);
-  return {AppendBlock(file, block, k, w), 0};
+  return {AppendBlock(file, start, block, k, w), 0};
 }
 
 ChainRun FindChainRun(File& file, std::int32_t start, std::int64_t k, std::int32_t w) {

@@ -16,11 +16,10 @@ ChainBlocks::Block ChainBlocks::Read(const File& file, std::size_t index) const 
   return {positions_[index], First(index), file.Int32At(positions_[index])};
 }
 
-ChainBlocks::Block ChainBlocks::Find(const File& file, std::int64_t k) {
+ChainBlocks::Block ChainBlocks::FindElsewhere(const File& file, std::int64_t k) {
   if (k < 1) Raise(RunTimeError::kSubscript);
   if (positions_.empty()) Append(file, start_, 0);
-  if (k >= last_.first + last_.count) return Extend(file, k);
-  if (k >= last_.first) return last_;
+  if (k >= last_.first) return Extend(file, k);
   return Read(file, IndexOf(k));
 }
 
@@ -60,20 +59,6 @@ std::size_t ChainBlocks::IndexOf(std::int64_t k) const {
       std::upper_bound(firsts_.begin(), firsts_.end(), k - 1,
                        [](std::int64_t wanted, std::int32_t before) { return wanted < before; });
   return static_cast<std::size_t>(behind - firsts_.begin()) - 1;
-}
-
-ChainDirectory& ChainDirectory::Of(File& file) {
-  if (!file.memory()) file.memory() = std::make_unique<ChainDirectory>();
-  return static_cast<ChainDirectory&>(*file.memory());
-}
-
-ChainBlocks& ChainDirectory::Blocks(std::int32_t start, std::int32_t entryBytes) {
-  const std::uint64_t key = (std::uint64_t{static_cast<std::uint32_t>(start)} << 32) |
-                            static_cast<std::uint32_t>(entryBytes);
-  Recent& recent = recent_[(key ^ key >> 32) % kRecent];
-  if (recent.blocks != nullptr && recent.key == key) return *recent.blocks;
-  recent = {key, &arrays_.try_emplace(key, start, entryBytes).first->second};
-  return *recent.blocks;
 }
 
 }  // namespace orv::storage

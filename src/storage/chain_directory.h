@@ -3,6 +3,7 @@
 
 #include <array>
 #include <cstdint>
+#include <memory>
 #include <unordered_map>
 #include <vector>
 
@@ -25,9 +26,16 @@ class ChainBlocks {
 
   /// The block that holds entry `k`, or the last block when there is no such entry. Raises 9 when
   /// the chain loops or a block does not lie inside the file.
-  Block Find(const platform::File& file, std::int64_t k);
+  Block Find(const platform::File& file, std::int64_t k) {
+    const bool inLast = k >= last_.first && k < last_.first + last_.count;
+    return inLast ? last_ : FindElsewhere(file, k);
+  }
+
+  /// Takes in a block that was just appended to the chain, whose former last block was found here.
+  void Follow(const platform::File& file) { Extend(file, last_.first + last_.count); }
 
  private:
+  Block FindElsewhere(const platform::File& file, std::int64_t k);
   Block Read(const platform::File& file, std::size_t index) const;
   /// Follows the chain from the last known block until a block holds entry `k` or the chain ends.
   Block Extend(const platform::File& file, std::int64_t k);
@@ -50,8 +58,19 @@ using IndexRoom = std::unordered_map<std::int32_t, std::int64_t>;
 /// The directories of all chain arrays of one opening; lives in the file's memory.
 class ChainDirectory final : public platform::FileMemory {
  public:
-  static ChainDirectory& Of(platform::File& file);
-  ChainBlocks& Blocks(std::int32_t start, std::int32_t entryBytes);
+  static ChainDirectory& Of(platform::File& file) {
+    if (!file.memory()) file.memory() = std::make_unique<ChainDirectory>();
+    return static_cast<ChainDirectory&>(*file.memory());
+  }
+  ChainBlocks& Blocks(std::int32_t start, std::int32_t entryBytes) {
+    const std::uint64_t key = (std::uint64_t{static_cast<std::uint32_t>(start)} << 32) |
+                              static_cast<std::uint32_t>(entryBytes);
+    Recent& recent = recent_[(key ^ key >> 32) % kRecent];
+    if (recent.blocks == nullptr || recent.key != key) {
+      recent = {key, &arrays_.try_emplace(key, start, entryBytes).first->second};
+    }
+    return *recent.blocks;
+  }
   IndexRoom& indexRoom() { return indexRoom_; }
 
  private:

@@ -1,6 +1,7 @@
 #include "storage/chained_text.h"
 
 #include <algorithm>
+#include <cstring>
 #include <unordered_set>
 
 #include "storage/bytes.h"
@@ -18,10 +19,9 @@ namespace {
 
 /// The longest piece a length field of this width can state.
 std::size_t PieceLimit(int L) {
-  constexpr std::size_t kByteLimit = 255;
   constexpr std::size_t kInt16Limit = 32767;
   constexpr std::size_t kInt32Limit = 2147483647;
-  if (L == 1) return kByteLimit;
+  if (L == layout::kShortLengthBytes) return kShortPieceLimit;
   return L == 2 ? kInt16Limit : kInt32Limit;
 }
 
@@ -87,6 +87,11 @@ void WriteTextAndNext(File& file, std::int64_t position, std::string_view text, 
 }
 
 void ShrinkPiece(File& file, const Piece& piece, std::string_view text, int L) {
+  if (L == layout::kShortLengthBytes) {
+    ShortPiece bytes;
+    file.Write(piece.textPosition - L, {bytes.data(), StoreShortPiece(text, bytes.data())});
+    return;
+  }
   std::string bytes;
   bytes.reserve(text.size() + static_cast<std::size_t>(L + kPointerBytes));
   AppendLength(bytes, text.size(), L);
@@ -165,6 +170,13 @@ std::int32_t WriteChainedText(File& file, std::int32_t position, std::string_vie
     if (ends) return position;
     at = next;
   }
+}
+
+std::size_t StoreShortPiece(std::string_view text, char* bytes) {
+  *bytes = static_cast<char>(text.size());
+  std::memcpy(bytes + layout::kShortLengthBytes, text.data(), text.size());
+  std::memset(bytes + layout::kShortLengthBytes + text.size(), 0, kPointerBytes);
+  return layout::kShortLengthBytes + text.size() + kPointerBytes;
 }
 
 void AppendTextPieces(std::string& bytes, std::int64_t position, std::string_view text, int L) {

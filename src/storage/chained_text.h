@@ -4,11 +4,13 @@
 // position of the next piece. The length doubles as the piece's capacity.
 #pragma once
 
+#include <array>
 #include <cstdint>
 #include <string>
 #include <string_view>
 
 #include "platform/file.h"
+#include "storage/layout.h"
 
 namespace orv::storage {
 
@@ -30,5 +32,12 @@ std::int32_t WriteChainedText(platform::File& file, std::int32_t position, std::
 /// Appends the bytes of a new text that will stand at `position`: one piece, or several where the
 /// length field cannot hold the whole length.
 void AppendTextPieces(std::string& bytes, std::int64_t position, std::string_view text, int L);
+
+/// The longest text of one piece with a 1-byte length, and room for such a piece.
+inline constexpr std::size_t kShortPieceLimit = 255;
+using ShortPiece =
+    std::array<char, layout::kShortLengthBytes + kShortPieceLimit + layout::kPointerBytes>;
+/// Stores the bytes of a text that is one such piece and returns how many they are.
+std::size_t StoreShortPiece(std::string_view text, char* bytes);
 
 }  // namespace orv::storage

@@ -18,11 +18,12 @@ using platform::Raise;
 using platform::RunTimeError;
 
 FieldData::FieldData(File& file, std::int32_t matrix, std::int32_t descriptor, TypeTables& types)
-    : file_(file),
-      descriptor_(descriptor),
-      style_(StyleOf(descriptor, file)),
-      start_(file.Int32At(descriptor)) {
-  if (style_.freeSize == free_size::kFree) width_ = kPointerBytes;
+    : file_(file), descriptor_(descriptor), start_(file.Int32At(descriptor)) {
+  if (HoldsFreeCells(descriptor, file)) {
+    width_ = kPointerBytes;
+    return;
+  }
+  style_ = StyleOf(descriptor, file);
   if (style_.freeSize == free_size::kFixed) {
     width_ = style_.cellSize;
     const FixedFormat format = FixedFormatOf(file, matrix, descriptor, style_, &types);

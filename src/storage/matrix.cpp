@@ -103,6 +103,15 @@ std::int32_t FindFieldDescriptor(File& file, std::int32_t matrix, std::int16_t f
   return descriptor;
 }
 
+std::int32_t DescriptorWalk::Next() {
+  if (slots_.count == 0) slots_ = FindChainRun(file_, chain_, next_, layout::kPointerBytes);
+  if (slots_.count == 0) Raise(RunTimeError::kSubscript);
+  const std::int32_t descriptor = file_.Int32At(slots_.position);
+  slots_ = {slots_.position + layout::kPointerBytes, slots_.count - 1};
+  ++next_;
+  return descriptor;
+}
+
 void CreateFieldDescriptor(File& file, std::int32_t matrix, std::int16_t f, ErrorCode& error) {
   if (f == 0) {
     error.Set(code::kBadArgument);

@@ -5,6 +5,7 @@
 #include <string_view>
 
 #include "platform/file.h"
+#include "storage/chain_array.h"
 #include "storage/error_code.h"
 
 namespace orv::storage {
@@ -34,6 +35,23 @@ std::int32_t FieldChain(const platform::File& file, std::int32_t matrix);
 /// Position of field `f`'s descriptor, 0 when its slot is empty. Raises 9 for a field beyond the table
 /// and for a descriptor that does not lie inside the file.
 std::int32_t FindFieldDescriptor(platform::File& file, std::int32_t matrix, std::int16_t f);
+
+/// Goes through the field table, field by field from the first.
+class DescriptorWalk {
+ public:
+  /// Raises 9 for a matrix without a field table.
+  DescriptorWalk(platform::File& file, std::int32_t matrix)
+      : file_(file), chain_(FieldChain(file, matrix)) {}
+
+  /// Position of the next field's descriptor, 0 when its slot is empty. Raises 9 behind the table.
+  std::int32_t Next();
+
+ private:
+  platform::File& file_;
+  std::int32_t chain_;
+  ChainRun slots_;  ///< those of the next field and of its neighbours
+  int next_ = 1;
+};
 
 /// Writes a fresh descriptor for field `f`: appended when the field has none, else over the present
 /// one. A field number of 0 sets the error code 255 and writes nothing; a matrix without a field

@@ -51,7 +51,7 @@ std::int16_t OpenFileTable::UseHit(std::int16_t number) {
   Slot& slot = At(number);
   if (files_.Find(number) != nullptr) return number;
   try {
-    if (Reopen(number, slot.name, slot.identity)) return number;
+    if (Reopen(number, slot.name, slot.identity) == Reopening::kDone) return number;
   } catch (const RunTimeFailure& failure) {
     return Fail(number, failure.number());
   }
@@ -96,15 +96,21 @@ std::int16_t OpenFileTable::RefuseEleventh() {
   return Fail(1, RunTimeError::kSubscript);
 }
 
-bool OpenFileTable::Reopen(std::int16_t number, const std::wstring& path,
-                           const FileIdentity& identity) {
-  const std::wstring found = platform::ExistingSpelling(path);
-  if (IdentityOf(found) != identity) return false;
+OpenFileTable::Reopening OpenFileTable::Reopen(std::int16_t number, const std::wstring& path,
+                                               const FileIdentity& identity) {
+  std::wstring found = path;
+  std::optional<FileIdentity> present = IdentityOf(found);
+  if (!present) {
+    found = platform::ExistingSpelling(path);
+    present = IdentityOf(found);
+  }
+  if (!present) return Reopening::kMissing;
   Slot& slot = At(number);
-  if (!slot.key.empty() && slot.identity != identity) return false;
+  const bool taken = !slot.key.empty() && slot.identity != identity;
+  if (*present != identity || taken) return Reopening::kAnotherFile;
   files_.Open(number, found);
   slot = {FoldCase(std::wstring_view(path)), path, identity};
-  return true;
+  return Reopening::kDone;
 }
 
 void OpenFileTable::Drop(const std::wstring& path) {

@@ -29,10 +29,11 @@ class OpenFileTable {
   /// that slot opens again.
   std::int16_t OpenFile(const std::wstring& path);
 
-  /// Opens a file again under the number that it had, without ever creating it. False when the file
-  /// is missing, is another one by now, or the number serves another file.
-  bool Reopen(std::int16_t number, const std::wstring& path,
-              const platform::FileIdentity& identity);
+  enum class Reopening { kDone, kMissing, kAnotherFile };
+  /// Opens a file again under the number that it had, without ever creating it. Another file is
+  /// what the name leads to by now, or what the number serves.
+  Reopening Reopen(std::int16_t number, const std::wstring& path,
+                   const platform::FileIdentity& identity);
 
   /// Closes the file's numbers and frees its slots, before it is deleted or written anew.
   void Drop(const std::wstring& path);

@@ -75,11 +75,11 @@ bool PathResolver::ReviveFile() {
   File* file = files_.Find(last_.location.number);
   if (file != nullptr && file->opening() == last_.opening) return true;
   if (file != nullptr) return false;
-  if (!platform::FileExists(platform::ExistingSpelling(last_.fileName))) {
-    error_.Set(code::kFileMissing);
-    return false;
-  }
-  if (!openFiles_.Reopen(last_.location.number, last_.fileName, last_.identity)) return false;
+  using Reopening = OpenFileTable::Reopening;
+  const Reopening reopening =
+      openFiles_.Reopen(last_.location.number, last_.fileName, last_.identity);
+  if (reopening == Reopening::kMissing) error_.Set(code::kFileMissing);
+  if (reopening != Reopening::kDone) return false;
   file = files_.Find(last_.location.number);
   last_.location.file = file;
   last_.opening = file->opening();

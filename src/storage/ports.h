@@ -58,8 +58,8 @@ class DbasePort {
   virtual std::int16_t FieldWidth(platform::File& file, std::int16_t f) const = 0;
   /// The field's name in code page 1251.
   virtual std::string FieldName(platform::File& file, std::int16_t f) const = 0;
-  /// The cell's text in code page 1251, good until the next call; what the file does not have is
-  /// missing.
+  /// The cell's text in code page 1251, good until the next call or write to the file; what the
+  /// file does not have is missing.
   virtual std::string_view ReadCell(platform::File& file, std::int32_t r, std::int16_t f) const = 0;
   /// Writes the text in place, cut or padded to the field's width. Raises 70 for a record below 1
   /// and 9 for a cell outside the table, with nothing written.

@@ -38,8 +38,9 @@ void InsertRecords(std::int32_t matrix, std::int32_t quantity, std::int32_t posi
 
   const bool moves = position < n;
   std::vector<FieldData> moving;  // data that the insertion itself allocates has nothing to move
+  DescriptorWalk fields(file, matrix);
   for (int f = 1; f <= fieldCount; ++f) {
-    const std::int32_t descriptor = FindFieldDescriptor(file, matrix, static_cast<std::int16_t>(f));
+    const std::int32_t descriptor = fields.Next();
     if (descriptor < 1) continue;
     FieldData data(file, matrix, descriptor, types);
     if (!data.HasEntries()) continue;
