@@ -44,7 +44,7 @@ class TemporaryFile {
 };
 
 fs::path CopyPath(const CompactOptions& options, const fs::path& file) {
-  if (!options.inPlace) return {WideArgument(options.copy)};
+  if (!options.inPlace) return NativePath(WideArgument(options.copy));
   for (int attempt = 1;; ++attempt) {
     fs::path path = file;
     path += ".compact-" + std::to_string(attempt);
@@ -70,10 +70,10 @@ void Compact(const CompactOptions& options) {
     throw BadUsage("the copy must be another file; --in-place replaces the file");
   }
   const ConsoleSession session;
-  SaveMatrix(source, copyPath.wstring(), SaveKind::kContainerWithProperties, options.force,
+  SaveMatrix(source, WideName(copyPath), SaveKind::kContainerWithProperties, options.force,
              session);
   TemporaryFile temporary(copyPath);
-  Matrix copy(Target(copyPath.string(), "").Path());
+  Matrix copy(L'"' + WideName(copyPath) + L'"');
   CopyTitle(source, copy);
   const std::int64_t cells = CompareMatrices(source, copy);
   source.engine().CloseAll();

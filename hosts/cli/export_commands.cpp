@@ -52,7 +52,7 @@ void Export(const ExportOptions& options) {
   const std::int32_t records = matrix.Records();
   const std::wstring file = WideArgument(options.words.Word(0));
   std::error_code failure;
-  if (std::filesystem::equivalent(target.File(), std::filesystem::path(file), failure)) {
+  if (std::filesystem::equivalent(target.File(), NativePath(file), failure)) {
     throw BadUsage("a file cannot be exported into itself");
   }
   const ConsoleSession session(

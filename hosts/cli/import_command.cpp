@@ -59,7 +59,7 @@ char DelimiterOf(const ImportOptions& options, const std::string& extension) {
 std::unique_ptr<ImportSource> OpenSource(const ImportOptions& options) {
   const std::string extension = LowerExtension(options.source);
   if (extension == ".dbf") {
-    if (!std::filesystem::exists(std::filesystem::path(WideArgument(options.source)))) {
+    if (!std::filesystem::exists(NativePath(WideArgument(options.source)))) {
       throw Failure(options.source + ": error 53: " + std::string(MeaningOf(53)));
     }
     return OpenTableSource(Target(options.source, "").Path());
@@ -72,7 +72,7 @@ std::unique_ptr<ImportSource> OpenSource(const ImportOptions& options) {
 
 std::wstring TitleOf(const ImportOptions& options) {
   if (!options.title.empty()) return WideArgument(options.title);
-  return std::filesystem::path(WideArgument(options.source)).stem().wstring();
+  return WideName(NativePath(WideArgument(options.source)).stem());
 }
 
 // The matrix that a path's last step would nest in a cell.
@@ -99,8 +99,8 @@ std::optional<CellStep> LastCellStep(const std::wstring& path) {
 Matrix Destination(const ImportOptions& options) {
   const Target target = options.words.TargetOf();
   std::error_code failure;
-  if (std::filesystem::equivalent(std::filesystem::path(WideArgument(options.source)),
-                                  target.File(), failure)) {
+  if (std::filesystem::equivalent(NativePath(WideArgument(options.source)), target.File(),
+                                  failure)) {
     throw BadUsage("a file cannot be imported into itself");
   }
   const bool fileExists = std::filesystem::exists(target.File());

@@ -125,7 +125,8 @@ void WriteInfo(const Target& target, const InfoLimits& limits, std::ostream& out
   }
   std::error_code failure;
   const auto size = std::filesystem::file_size(target.File(), failure);
-  out << "File:  " << target.File().string() << '\n' << "Kind:  " << KindText(kind) << '\n';
+  out << "File:  " << ToUtf8(WideName(target.File())) << '\n'
+      << "Kind:  " << KindText(kind) << '\n';
   if (!failure) out << "Size:  " << Counted(static_cast<std::int64_t>(size), "byte") << '\n';
   Describer(target, limits, out).Describe(matrix.path(), kind, 0);
 }

@@ -16,7 +16,7 @@ std::string ReadFile(const std::string& name) {
     if (std::cin.peek() != std::istream::traits_type::eof()) bytes << std::cin.rdbuf();
     return std::move(bytes).str();
   }
-  const std::filesystem::path path(WideArgument(name));
+  const std::filesystem::path path = NativePath(WideArgument(name));
   std::ifstream file(path, std::ios::binary);
   if (!file || std::filesystem::is_directory(path)) throw Failure(name + ": cannot be read");
   if (file.peek() != std::ifstream::traits_type::eof()) bytes << file.rdbuf();

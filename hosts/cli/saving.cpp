@@ -4,6 +4,7 @@
 
 #include "cli/failure.h"
 #include "cli/structure.h"
+#include "cli/target.h"
 #include "cli/utf8.h"
 
 namespace orv::cli {
@@ -17,7 +18,7 @@ void SaveMatrix(Matrix& matrix, const std::wstring& file, SaveKind kind, bool re
                 const ConsoleSession& session) {
   constexpr std::int16_t kContainerType = 1;
   constexpr std::int16_t kTextType = 2;
-  const std::filesystem::path path(file);
+  const std::filesystem::path path = NativePath(file);
   if (replace) RemoveForReplacement(path);
   const bool existed = std::filesystem::exists(path);
   const auto stamp =

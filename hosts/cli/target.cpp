@@ -36,6 +36,20 @@ Target::Target(std::string_view file, std::string_view steps)
   }
 }
 
+std::filesystem::path Target::File() const { return NativePath(file_); }
+
+std::filesystem::path NativePath(std::wstring_view name) {
+  const std::string bytes = ToUtf8(name);
+  return {std::u8string(bytes.begin(), bytes.end())};
+}
+
+std::wstring WideName(const std::filesystem::path& path) {
+  const std::u8string bytes = path.u8string();
+  const std::optional<std::wstring> name = FromUtf8(std::string(bytes.begin(), bytes.end()));
+  if (!name) throw Failure("a file name is not valid UTF-8");
+  return *name;
+}
+
 std::wstring CellPath(std::wstring_view matrix, std::int32_t record, std::int32_t field) {
   return std::wstring(matrix) + L"/[" + std::to_wstring(record) + L"," + std::to_wstring(field) +
          L"]";

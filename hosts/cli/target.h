@@ -21,7 +21,7 @@ class Target {
   /// The file name in double quotes.
   std::wstring FilePart() const { return L'"' + file_ + L'"'; }
   const std::wstring& steps() const { return steps_; }
-  std::filesystem::path File() const { return std::filesystem::path(file_); }
+  std::filesystem::path File() const;
 
  private:
   std::wstring file_;
@@ -31,6 +31,11 @@ class Target {
 /// An argument of the command line as wide text. Throws `BadUsage` when it is not valid UTF-8.
 std::wstring WideArgument(std::string_view argument);
 std::vector<std::wstring> WideArguments(const std::vector<std::string>& arguments);
+
+/// A file's name as the standard library takes it, and back. Its own conversion from wide text
+/// depends on the process locale.
+std::filesystem::path NativePath(std::wstring_view name);
+std::wstring WideName(const std::filesystem::path& path);
 
 /// The path of the matrix nested in a cell of another one.
 std::wstring CellPath(std::wstring_view matrix, std::int32_t record, std::int32_t field);

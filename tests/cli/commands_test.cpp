@@ -168,6 +168,15 @@ TEST_F(CommandsTest, TitleIsShownAndChanged) {
   EXPECT_EQ(Out({"title", "t.orv"}), "\n");
 }
 
+TEST_F(CommandsTest, FileNamesMayHoldAnyCharacters) {
+  Write(L"\u0413\u043E\u0440\u043E\u0434\u0430 \u4E2D.csv", "x\n1\n");
+  Out({"import", "Города 中.csv", "Таблица 中.orv"});
+  EXPECT_EQ(Out({"title", "Таблица 中.orv"}), "Города ?\n");
+  Out({"compact", "Таблица 中.orv", "--in-place"});
+  Out({"export", "Таблица 中.orv", "Текст.txt", "--text"});
+  EXPECT_NE(Out({"info", "Таблица 中.orv"}).find("File:  Таблица 中.orv\n"), std::string::npos);
+}
+
 TEST_F(CommandsTest, NestTakesTheCellsTextAsTitle) {
   MakeTowns();
   Out({"nest", "towns.orv", "1", "1"});

@@ -6,6 +6,7 @@
 
 #include <gtest/gtest.h>
 #include <nlohmann/json.hpp>
+#include <rapidcheck.h>
 
 #include "cli/request.h"
 #include "cli/utf8.h"
@@ -211,6 +212,34 @@ TEST_F(HostTest, DeepAndHugeLinesAreAnswered) {
   EXPECT_EQ(Call("Cmd", {std::string(100'000, '['), 1})["result"], "");
   EXPECT_EQ(Call("Cmd", {std::string(20'000'000, 'x'), 1})["result"], "");
   EXPECT_EQ(FaultOf(std::string(1000, '\0')), "the line is not valid JSON");
+}
+
+TEST_F(HostTest, MutilatedLinesAreAnsweredOneByOne) {
+  const std::string line =
+      R"({"id":[1,{"k":"v"}],"member":"Cmd","args":["\u0416 text",-5],"answers":["ok"],)"
+      R"("press_cancel_at":3,"separators":[";","x"]})";
+  EXPECT_TRUE(rc::check("any damage is answered by a JSON object", [&] {
+    std::string damaged = line;
+    const int wounds = *rc::gen::inRange(1, 6);
+    for (int i = 0; i < wounds; ++i) {
+      const auto at = *rc::gen::inRange<std::size_t>(0, damaged.size());
+      const char byte = *rc::gen::arbitrary<char>();
+      switch (*rc::gen::inRange(0, 3)) {
+        case 0:
+          damaged[at] = byte;
+          break;
+        case 1:
+          damaged.insert(at, 1, byte);
+          break;
+        default:
+          damaged.erase(at, 1);
+      }
+      if (damaged.empty()) damaged = "{";
+    }
+    const Json reply = Json::parse(host_.Answer(damaged), nullptr, false);
+    RC_ASSERT(reply.is_object());
+    RC_ASSERT(reply.contains("fault") != reply.contains("result"));
+  }));
 }
 
 TEST(RunHostTest, AnswersEveryLineInOrder) {

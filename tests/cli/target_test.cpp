@@ -25,6 +25,12 @@ TEST(TargetTest, KeepsCharactersOutsideTheCodePage) {
   EXPECT_EQ(Target("\xE4\xB8\xAD.orv", "").Path(), L"\"\u4E2D.orv\"");
 }
 
+TEST(TargetTest, NamesOfFilesDoNotDependOnTheLocale) {
+  const std::wstring name = L"\u0413\u043E\u0440\u043E\u0434\u0430 \u4E2D.orv";
+  EXPECT_EQ(WideName(NativePath(name)), name);
+  EXPECT_EQ(WideName(Target("\xD0\x93.orv", "").File()), L"\u0413.orv");
+}
+
 TEST(TargetTest, RefusesWhatIsNoPath) {
   EXPECT_THROW(Target("", ""), BadUsage);
   EXPECT_THROW(Target("\"\"", ""), BadUsage);
