@@ -160,6 +160,12 @@ class PosixMapping final : public Mapping {
   }
 
   void Extend(std::int64_t size) override {
+    // A cut inside the last page raises no signal; growing would put zeros where the bytes were.
+    if (FileLength() < size_) {
+      entry_->faulted = true;
+      anyFault = true;
+      Raise(RunTimeError::kDeviceIo);
+    }
     const int failure = Reserve(size);
     if (failure == 0) {
       size_ = size;
@@ -170,12 +176,19 @@ class PosixMapping final : public Mapping {
   }
 
   void Trim(std::int64_t size) noexcept override {
+    if (FileLength() < size) return;  // cut short by another program: it is not made long again
     if (ftruncate(file_.number(), size) == 0) size_ = size;
   }
 
   bool Faulted() const noexcept override { return entry_->faulted; }
 
  private:
+  /// The length that the file has now, -1 when it cannot be told.
+  std::int64_t FileLength() const noexcept {
+    struct stat status = {};
+    return fstat(file_.number(), &status) == 0 ? status.st_size : -1;
+  }
+
   int Reserve(std::int64_t size) const {
     for (;;) {
       const int failure = posix_fallocate(file_.number(), size_, size - size_);

@@ -26,7 +26,7 @@ std::string TextOf(std::size_t length, char first) {
 class CellRoundTripTest : public testing::Test {
  protected:
   void SetUp() override {
-    db_.New();
+    db_.Fresh();
     db_.AddFields(L"", 2, 1);
     db_.AddRecords(L"", 3, 1);
   }

@@ -139,7 +139,7 @@ TEST_F(InsertRecordsTest, AQuantityBelowOneDoesNothing) {
 }
 
 TEST_F(InsertRecordsTest, AMatrixWithoutFieldsIs5AndChangesNothing) {
-  db_.New();
+  db_.Fresh();
   db_.AddRecords(L"", 1, 1);
   EXPECT_EQ(db_.Error(), 5);
   EXPECT_EQ(db_.Records(), 0);
@@ -160,7 +160,7 @@ TEST_F(InsertRecordsTest, MoreThanAFileHoldsIs6AndChangesNoRecord) {
 }
 
 TEST_F(InsertRecordsTest, AMatrixOf32767FieldsTakesRecordsToo) {
-  db_.New();
+  db_.Fresh();
   db_.AddFields(L"", 32767, 1);
   ASSERT_EQ(db_.Fields(), 32767);
   db_.AddRecords(L"", 1, 1);
@@ -173,7 +173,7 @@ TEST_F(InsertRecordsTest, AMatrixOf32767FieldsTakesRecordsToo) {
 }
 
 TEST_F(InsertRecordsTest, AFieldAddedLaterReadsEmptyAndIsGivenRoomByTheFirstWriting) {
-  db_.New();
+  db_.Fresh();
   db_.AddFields(L"", 1, 1);
   db_.AddRecords(L"", 4, 1);
   db_.Set(L"", 4, 1, "x");
@@ -190,7 +190,7 @@ TEST_F(InsertRecordsTest, AFieldAddedLaterReadsEmptyAndIsGivenRoomByTheFirstWrit
 }
 
 TEST_F(InsertRecordsTest, AnInsertionAllocatesTheDataOfALateFieldWithNothingToMove) {
-  db_.New();
+  db_.Fresh();
   db_.AddFields(L"", 1, 1);
   db_.AddRecords(L"", 5, 1);
   db_.Set(L"", 5, 1, "x");
@@ -208,7 +208,7 @@ TEST_F(InsertRecordsTest, AnInsertionAllocatesTheDataOfALateFieldWithNothingToMo
 }
 
 TEST_F(InsertRecordsTest, RecordsWithNestedMatricesMoveWithThem) {
-  db_.New();
+  db_.Fresh();
   db_.AddFields(L"", 1, 1);
   db_.AddRecords(L"", 3, 1);
   db_.Put(L"", 2, 1, "nested");
@@ -228,7 +228,7 @@ TEST_F(InsertRecordsTest, ADbaseTableIs70) {
 }
 
 TEST_F(InsertRecordsTest, NoLocationIs255) {
-  db_.New();
+  db_.Fresh();
   db_.AddRecords(L"/#", 1, 1);
   EXPECT_EQ(db_.Error(), 255);
 }

@@ -11,6 +11,8 @@ namespace {
 
 class OpenFileTableTest : public testing::Test {
  protected:
+  using Reopening = OpenFileTable::Reopening;
+
   std::wstring Make(std::wstring_view name, std::string_view content = "content") const {
     const std::wstring full = folder_.Name(name);
     test::WriteBytes(full, content);
@@ -166,15 +168,15 @@ TEST_F(OpenFileTableTest, ReopeningNeverCreatesAndNeverTakesAnotherFile) {
   const platform::FileIdentity identity = files_.At(1).Identity();
   table_.Clear();
   files_.CloseAll();
-  EXPECT_TRUE(table_.Reopen(4, a, identity)) << "under whatever number it had";
+  EXPECT_EQ(table_.Reopen(4, a, identity), Reopening::kDone) << "under whatever number it had";
   EXPECT_NE(files_.Find(4), nullptr);
   table_.Clear();
   files_.CloseAll();
   test::WriteBytes(folder_.Name(L"new"), "new");
   std::filesystem::rename(folder_.path() / "new", folder_.path() / "a");
-  EXPECT_FALSE(table_.Reopen(4, a, identity)) << "another file by now";
+  EXPECT_EQ(table_.Reopen(4, a, identity), Reopening::kAnotherFile);
   std::filesystem::remove(folder_.path() / "a");
-  EXPECT_FALSE(table_.Reopen(4, a, identity));
+  EXPECT_EQ(table_.Reopen(4, a, identity), Reopening::kMissing);
   EXPECT_FALSE(test::Exists(a));
 }
 
@@ -185,7 +187,7 @@ TEST_F(OpenFileTableTest, ReopeningDoesNotTakeANumberThatServesAnotherFile) {
   table_.Clear();
   files_.CloseAll();
   table_.OpenFile(Make(L"b"));
-  EXPECT_FALSE(table_.Reopen(1, a, identity));
+  EXPECT_EQ(table_.Reopen(1, a, identity), Reopening::kAnotherFile);
   EXPECT_EQ(table_.OpenFile(folder_.Name(L"b")), 1);
 }
 

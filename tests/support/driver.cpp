@@ -1,6 +1,9 @@
 #include "support/driver.h"
 
+#include <filesystem>
+
 #include "platform/code_page.h"
+#include "platform/file_names.h"
 
 namespace orv::test {
 
@@ -23,6 +26,12 @@ void Driver::New(std::string_view title) {
   std::wstring name = Path();
   std::wstring wide = ToWide(title);
   engine.CmdNewOrvDB(name, wide);
+}
+
+void Driver::Fresh(std::string_view title) {
+  engine.CloseAll();
+  std::filesystem::remove(platform::NativeName(file_));
+  New(title);
 }
 
 void Driver::AddFields(std::wstring_view steps, int count, int f) {

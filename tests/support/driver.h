@@ -31,7 +31,10 @@ class Driver {
   std::string Bytes() const { return ReadBytes(file_); }
 
   int Error();
+  /// CmdNewOrvDB on whatever is there.
   void New(std::string_view title = "Title");
+  /// Removes the file and creates it.
+  void Fresh(std::string_view title = "Title");
   void AddFields(std::wstring_view steps, int count, int f);
   void DeleteField(std::wstring_view steps, int f);
   void AddRecords(std::wstring_view steps, int count, int row);

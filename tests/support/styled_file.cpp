@@ -14,7 +14,7 @@ void Require(Driver& db) {
 }  // namespace
 
 void MakeStyledFile(Driver& db) {
-  db.New("styled");
+  db.Fresh("styled");
   db.AddFields(L"", styled::kFields, 1);
   Require(db);
   db.SetType(L"", -2, styled::kInt, "type", "int");

@@ -4,7 +4,6 @@
 // variable ORV_TEST_DATA names, else in ../shared/data beside the project; tests without their
 // table are skipped.
 #include <cctype>
-#include <cstdlib>
 #include <filesystem>
 #include <memory>
 #include <string>
@@ -14,16 +13,12 @@
 #include <shapefil.h>
 
 #include "support/driver.h"
+#include "support/real_data.h"
 
 namespace orv {
 namespace {
 
 using test::Driver;
-
-std::filesystem::path DataFolder() {
-  if (const char* named = std::getenv("ORV_TEST_DATA")) return named;
-  return std::filesystem::path(ORV_TEST_DATA_DIR) / "../../../shared/data";
-}
 
 struct Closer {
   void operator()(DBFHandle table) const { DBFClose(table); }
@@ -56,14 +51,15 @@ void PrintTo(const TableCase& c, std::ostream* out) { *out << c.file; }
 class RealTableTest : public testing::TestWithParam<TableCase> {
  protected:
   void SetUp() override {
-    const std::filesystem::path source = DataFolder() / GetParam().file;
-    if (!std::filesystem::exists(source)) {
+    const auto source = test::RealData(GetParam().file);
+    if (!source) {
       GTEST_SKIP() << "THE TABLE " << GetParam().file
                    << " IS NOT HERE: set ORV_TEST_DATA to the folder "
                    << "of the public tables";
     }
     db_.Use(L"table.dbf");
-    test::WriteBytes(db_.file(), test::ReadBytes(source.wstring()));
+    before_ = test::ReadBytes(source->wstring());
+    test::WriteBytes(db_.file(), before_);
   }
 
   /// The copy as shapelib reads it.
@@ -88,6 +84,7 @@ class RealTableTest : public testing::TestWithParam<TableCase> {
   }
 
   Driver db_;
+  std::string before_;
 };
 
 TEST_P(RealTableTest, CountsNamesAndWidths) {
@@ -137,7 +134,7 @@ TEST_P(RealTableTest, CellsBeyondTheTableDisturbNothing) {
   db_.Set(L"", 0, 1, "x");
   EXPECT_EQ(db_.Error(), 70);
   db_.CloseAll();
-  EXPECT_EQ(db_.Bytes(), test::ReadBytes((DataFolder() / GetParam().file).wstring()));
+  EXPECT_EQ(db_.Bytes(), before_);
 }
 
 TEST_P(RealTableTest, OverwrittenCellsAreWhatTheOtherReaderFinds) {
@@ -213,12 +210,11 @@ INSTANTIATE_TEST_SUITE_P(
     TestName);
 
 TEST(OtherTableTest, AnotherVersionOfTheFormatIsNeitherKindOfFile) {
-  const std::filesystem::path source = DataFolder() / "infused__dbase_83.dbf";
-  if (!std::filesystem::exists(source))
-    GTEST_SKIP() << "THE TABLE infused__dbase_83.dbf IS NOT HERE";
+  const auto source = test::RealData("infused__dbase_83.dbf");
+  if (!source) GTEST_SKIP() << "THE TABLE infused__dbase_83.dbf IS NOT HERE";
   Driver db;
   db.Use(L"table.dbf");
-  test::WriteBytes(db.file(), test::ReadBytes(source.wstring()));
+  test::WriteBytes(db.file(), test::ReadBytes(source->wstring()));
   EXPECT_EQ(db.Kind(), 0);
   EXPECT_EQ(db.Records(), -1);
   EXPECT_EQ(db.Get(L"", 1, 1), "");
