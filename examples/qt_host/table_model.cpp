@@ -53,7 +53,7 @@ QString TableModel::Text(int record, int field) const {
   auto enginesField = static_cast<std::int16_t>(field);
   orv::Boolean holdsMatrix{};
   orv::Boolean withFormula = orv::Boolean::kFalse;
-  const QString text = QString::fromStdWString(
+  QString text = QString::fromStdWString(
       engine_.GetCellValue(path, enginesRecord, enginesField, holdsMatrix, withFormula));
   texts_.insert(key, text);
   return text;

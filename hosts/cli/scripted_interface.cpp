@@ -21,9 +21,10 @@ std::string_view Name(Buttons buttons) { return kButtonSets[static_cast<std::siz
 std::string_view Name(Button button) { return kButtons[static_cast<std::size_t>(button)]; }
 
 std::optional<Button> ButtonNamed(std::string_view name) {
-  const auto found = std::find(kButtons.begin(), kButtons.end(), name);
-  if (found == kButtons.end()) return std::nullopt;
-  return static_cast<Button>(found - kButtons.begin());
+  for (std::size_t button = 0; button < kButtons.size(); button++) {
+    if (kButtons[button] == name) return static_cast<Button>(button);
+  }
+  return std::nullopt;
 }
 
 }  // namespace

@@ -17,8 +17,9 @@ ConversionWindow::ConversionWindow(Dialog& dialog, QWidget* parent) : DialogWind
   QLabel* const heading = MakeLabel(0);
   grid->addWidget(heading, 0, 0, 1, kStepColumns);
   for (int step = 1; step <= kSteps; step++) {
-    grid->addWidget(MakeLabel(static_cast<std::size_t>(step)), step, 0);
-    grid->addWidget(MakeLabel(static_cast<std::size_t>(step + kSteps)), step, 1);
+    const auto label = static_cast<std::size_t>(step);
+    grid->addWidget(MakeLabel(label), step, 0);
+    grid->addWidget(MakeLabel(label + kSteps), step, 1);
   }
   grid->addWidget(MakeBar(), kSteps + 1, 0, 1, kStepColumns);
   grid->addWidget(MakeCancelButton(), kSteps + 2, 0, 1, kStepColumns, Qt::AlignRight);

@@ -1,17 +1,17 @@
 #include "qt/export_window.h"
 
-#include <QFormLayout>
 #include <QHBoxLayout>
 #include <QVBoxLayout>
 
 namespace orv::qt {
 
-ExportWindow::ExportWindow(Dialog& dialog, QWidget* parent) : DialogWindow(dialog, parent) {
-  pages_ = new QStackedWidget(this);
+ExportWindow::ExportWindow(Dialog& dialog, QWidget* parent)
+    : DialogWindow(dialog, parent),
+      pages_(new QStackedWidget(this)),
+      forward_(new QPushButton(u"Далее >"_qs, this)) {
   pages_->addWidget(MakeSettingsPage());
   pages_->addWidget(MakeRunningPage());
 
-  forward_ = new QPushButton(u"Далее >"_qs, this);
   forward_->setObjectName("forward");
   forward_->setDefault(true);
   connect(forward_, &QPushButton::clicked, this, [this] { GoForward(); });
@@ -40,11 +40,11 @@ QWidget* ExportWindow::MakeSettingsPage() {
   recordSeparator_ =
       MakeSeparatorBox("recordSeparator", {u"перенос строки"_qs}, settings.recordSeparator);
 
-  auto* const form = new QFormLayout(page);
-  form->addRow(withProperties_);
-  form->addRow(valuesOnly_);
-  form->addRow(u"Разделитель полей:"_qs, fieldSeparator_);
-  form->addRow(u"Разделитель записей:"_qs, recordSeparator_);
+  form_ = new QFormLayout(page);
+  form_->addRow(withProperties_);
+  form_->addRow(valuesOnly_);
+  form_->addRow(u"Разделитель полей:"_qs, fieldSeparator_);
+  form_->addRow(u"Разделитель записей:"_qs, recordSeparator_);
   return page;
 }
 
@@ -77,10 +77,9 @@ void ExportWindow::Update() {
   const ExportSettings& settings = *dialog().settings();
   withProperties_->setEnabled(settings.choicesAvailable);
   valuesOnly_->setEnabled(settings.choicesAvailable);
-  auto* const form = static_cast<QFormLayout*>(pages_->widget(0)->layout());
   for (QComboBox* const box : {fieldSeparator_, recordSeparator_}) {
     box->setEnabled(settings.separatorsAvailable);
-    form->labelForField(box)->setEnabled(settings.separatorsAvailable);
+    form_->labelForField(box)->setEnabled(settings.separatorsAvailable);
   }
   forward_->setEnabled(dialog().AwaitsForward());
   pages_->setCurrentIndex(wentForward_ ? 1 : 0);

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <QComboBox>
+#include <QFormLayout>
 #include <QRadioButton>
 #include <QStackedWidget>
 
@@ -25,12 +26,13 @@ class ExportWindow final : public DialogWindow {
                               const std::wstring& text);
   void GoForward();
 
+  QStackedWidget* pages_;
+  QPushButton* forward_;
+  QFormLayout* form_ = nullptr;
   QRadioButton* withProperties_ = nullptr;
   QRadioButton* valuesOnly_ = nullptr;
   QComboBox* fieldSeparator_ = nullptr;
   QComboBox* recordSeparator_ = nullptr;
-  QStackedWidget* pages_ = nullptr;
-  QPushButton* forward_ = nullptr;
   bool wentForward_ = false;
 };
 
