@@ -65,7 +65,7 @@ DistinctValues::Entry* DistinctValues::Keep(std::string_view value) {
     blocks_.push_back(std::make_unique_for_overwrite<std::byte[]>(room_));
   }
   auto* const place = reinterpret_cast<Entry*>(blocks_.back().get() + used_);
-  Entry* const entry = std::construct_at(place, 1, static_cast<std::uint32_t>(value.size()));
+  Entry* const entry = std::construct_at(place, Entry{1, static_cast<std::uint32_t>(value.size())});
   used_ += bytes;
   std::copy(value.begin(), value.end(), entry->Place());
   return entry;
