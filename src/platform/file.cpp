@@ -54,6 +54,7 @@ void File::Write(std::int64_t position, std::string_view bytes) {
   const bool own = bytes.data() >= base_ && bytes.data() < base_ + length_;
   const std::ptrdiff_t offset = own ? bytes.data() - base_ : 0;
   Prepare(position, static_cast<std::int64_t>(bytes.size()));
+  if (bytes.empty()) return;
   std::memmove(base_ + position - 1, own ? base_ + offset : bytes.data(), bytes.size());
 }
 

@@ -86,7 +86,7 @@ class File {
       std::memcpy(&value, base_ + position - 1, sizeof value);
     } else {
       const std::string_view bytes = ClippedView(position, sizeof value);
-      std::memcpy(&value, bytes.data(), bytes.size());
+      if (!bytes.empty()) std::memcpy(&value, bytes.data(), bytes.size());
     }
     return value;
   }
