@@ -2,7 +2,7 @@
 
 #include <algorithm>
 #include <functional>
-#include <new>
+#include <memory>
 #include <utility>
 
 namespace orv::convert {
@@ -64,8 +64,8 @@ DistinctValues::Entry* DistinctValues::Keep(std::string_view value) {
     used_ = 0;
     blocks_.push_back(std::make_unique_for_overwrite<std::byte[]>(room_));
   }
-  auto* const entry =
-      new (blocks_.back().get() + used_) Entry{1, static_cast<std::uint32_t>(value.size())};
+  auto* const place = reinterpret_cast<Entry*>(blocks_.back().get() + used_);
+  Entry* const entry = std::construct_at(place, Entry{1, static_cast<std::uint32_t>(value.size())});
   used_ += bytes;
   std::copy(value.begin(), value.end(), entry->Place());
   return entry;

@@ -245,18 +245,18 @@ bool MatrixCopy::CopyCells(const Location& source, const std::vector<FieldCopy>&
 
 bool MatrixCopy::CopyNested(const Location& source, std::int32_t cell, std::int64_t slot) {
   if (!CanBeMatrix(*source.file, cell)) return true;
-  const std::int32_t position = AppendHeader(*source.file, cell, target_);
-  target_.WriteInt32(slot, position);
-  return SaveInternal(At(source, cell), position);
+  const std::int32_t copy = AppendHeader(*source.file, cell, target_);
+  target_.WriteInt32(slot, copy);
+  return SaveInternal(At(source, cell), copy);
 }
 
 bool MatrixCopy::CopyProperties(const Location& source, std::int32_t target) {
   const std::int32_t properties =
       source.file->Int32At(std::int64_t{source.position} + layout::matrix::kProperties);
   if (!CanBeMatrix(*source.file, properties)) return true;
-  const std::int32_t position = AppendHeader(*source.file, properties, target_);
-  target_.WriteInt32(std::int64_t{target} + layout::matrix::kProperties, position);
-  return SaveInternal(At(source, properties), position);
+  const std::int32_t copy = AppendHeader(*source.file, properties, target_);
+  target_.WriteInt32(std::int64_t{target} + layout::matrix::kProperties, copy);
+  return SaveInternal(At(source, properties), copy);
 }
 
 }  // namespace orv::exchange

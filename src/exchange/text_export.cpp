@@ -17,10 +17,9 @@ constexpr signed char kUnknown = -1;
 /// The separator of a box: the word's meaning, or the text itself.
 std::string SeparatorOf(const std::wstring& typed, std::wstring_view word,
                         std::string_view meaning) {
-  if (platform::FoldCase(platform::Trim(std::wstring_view(typed))) == word) {
-    return std::string(meaning);
-  }
-  return platform::ToBytes(typed);
+  const std::wstring_view view = typed;
+  const bool isWord = platform::FoldCase(platform::Trim(view)) == word;
+  return isWord ? std::string{meaning} : platform::ToBytes(typed);
 }
 
 }  // namespace

@@ -174,7 +174,7 @@ std::int32_t WriteChainedText(File& file, std::int32_t position, std::string_vie
 
 std::size_t StoreShortPiece(std::string_view text, char* bytes) {
   *bytes = static_cast<char>(text.size());
-  std::memcpy(bytes + layout::kShortLengthBytes, text.data(), text.size());
+  text.copy(bytes + layout::kShortLengthBytes, text.size());
   std::memset(bytes + layout::kShortLengthBytes + text.size(), 0, kPointerBytes);
   return layout::kShortLengthBytes + text.size() + kPointerBytes;
 }

@@ -266,10 +266,8 @@ TEST_F(ContainerExportTest, OfAMatrixThatContainsItselfEndsWith28) {
   expect28([&](ContainerBytes& file) { file.PutInt32(inner + 8, sound.Root()); });
 }
 
-TEST_F(ContainerExportTest, OfNestingWithoutEndEndsWith28) {
-  db_.New("Outer");
-  db_.CloseAll();
-  ContainerBytes file(db_.Bytes());
+/// The file with matrices of one cell nested in one another below its root.
+ContainerBytes Nest(ContainerBytes file, int levels) {
   const auto int16 = [](int v) {
     return std::string{static_cast<char>(v), static_cast<char>(v >> 8)};
   };
@@ -277,7 +275,7 @@ TEST_F(ContainerExportTest, OfNestingWithoutEndEndsWith28) {
     return int16(static_cast<int>(v & 0xFFFF)) + int16(static_cast<int>(v >> 16));
   };
   std::int64_t matrix = file.Root();
-  for (int level = 0; level < 2000; ++level) {
+  for (int level = 0; level < levels; ++level) {
     const std::int64_t table = file.size() + 1;
     const std::int64_t descriptor = table + 18;
     const std::int64_t block = descriptor + 22;
@@ -291,8 +289,18 @@ TEST_F(ContainerExportTest, OfNestingWithoutEndEndsWith28) {
     file.PutInt32(matrix + 12, table);
     matrix = inner;
   }
-  test::WriteBytes(db_.file(), file.bytes());
-  ASSERT_EQ(test::WalkStructures(file.bytes()).matrices, 2001U);
+  return file;
+}
+
+TEST_F(ContainerExportTest, OfNestingTooDeepEndsWith28) {
+  db_.New("Outer");
+  db_.CloseAll();
+  const ContainerBytes outer(db_.Bytes());
+  test::WriteBytes(db_.file(), Nest(outer, 200).bytes());
+  Export(true);
+  EXPECT_EQ(Target().size(), Nest(outer, 200).bytes().size());
+  test::WriteBytes(db_.file(), Nest(outer, 1100).bytes());
+  Answer({Button::kOk});
   db_.SaveAs(L"", L"target", true, kContainerFile);
   EXPECT_EQ(db_.Error(), 28);
   EXPECT_FALSE(TargetExists());
