@@ -10,6 +10,9 @@ packages_bench_peers="liblmdb-dev libshp-dev libsqlite3-dev"
 packages_demo="$packages_build python3 shapelib"
 packages_lint="$packages_build clang-format clang-tidy cppcheck"
 packages_format="clang-format"
+packages_windows="cmake g++-mingw-w64-x86-64-posix googletest libwine-dev mingw-w64-tools ninja-build wine
+  wine64"
+packages_test_windows="$packages_build $packages_windows imagemagick x11-utils xvfb"
 packages_fuzz="$packages_build clang"
 
 # Stops the command with a sentence.
@@ -77,4 +80,14 @@ cxx_files() {
   git ls-files --cached --others --exclude-standard -- '*.h' '*.cpp' | while read -r file; do
     if [[ -f "$file" ]]; then echo "$file"; fi
   done
+}
+
+# Sets up Wine for the commands that follow: a prefix of its own in the build folder, UTF-8 file names,
+# nothing of a desktop (menus, browsers, installers of further parts).
+use_wine() {
+  export WINEPREFIX="$PWD/build/wine" WINEDEBUG=-all LC_ALL=C.UTF-8
+  export WINEDLLOVERRIDES="mscoree,mshtml,winemenubuilder.exe="
+  unset DISPLAY
+  [[ -f "$WINEPREFIX/system.reg" ]] || wineboot --init >/dev/null 2>&1 ||
+    die "the Wine prefix could not be made"
 }

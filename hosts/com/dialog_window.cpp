@@ -198,7 +198,10 @@ void DialogWindow::Present() {
   RedrawWindow(window_, nullptr, nullptr, RDW_UPDATENOW | RDW_ALLCHILDREN);
 }
 
-void DialogWindow::StartTimer() { SetTimer(window_, kStartTimer, USER_TIMER_MINIMUM, nullptr); }
+void DialogWindow::StartTimer() {
+  waitsForTimer_ = true;
+  SetTimer(window_, kStartTimer, USER_TIMER_MINIMUM, nullptr);
+}
 
 void DialogWindow::Update(DialogChange change, std::size_t label) {
   if (change == DialogChange::kBar) {
@@ -238,14 +241,17 @@ LRESULT DialogWindow::OnMessage(UINT message, WPARAM word, LPARAM extra) {
   switch (message) {
     case WM_TIMER:
       if (word != kStartTimer) break;
-      KillTimer(window_, kStartTimer);
-      dialog_.OnTimer();
+      OnTimer();
       return 0;
     case WM_COMMAND:
       OnCommand(LOWORD(word));
       return 0;
     case WM_CLOSE:
-      dialog_.OnClose();
+      if (waitsForTimer_) {
+        cancelEarly_ = true;
+      } else {
+        dialog_.OnClose();
+      }
       return 0;
     case WM_SETCURSOR:
       if (!busyPointer || LOWORD(extra) != HTCLIENT) break;
@@ -257,9 +263,21 @@ LRESULT DialogWindow::OnMessage(UINT message, WPARAM word, LPARAM extra) {
   return DefWindowProcW(window_, message, word, extra);
 }
 
+// A question asked before the timer would let it start the work from inside the question's own
+// message loop; and the work, when it ends, takes the question off the screen.
+//
 // A handler may close the dialog, and with it this window: nothing of it is touched afterwards.
+void DialogWindow::OnTimer() {
+  KillTimer(window_, kStartTimer);
+  waitsForTimer_ = false;
+  if (cancelEarly_) PostMessageW(window_, WM_COMMAND, IDCANCEL, 0);
+  dialog_.OnTimer();
+}
+
 void DialogWindow::OnCommand(UINT control) {
-  if (control == IDCANCEL) {
+  if (control == IDCANCEL && waitsForTimer_) {
+    cancelEarly_ = true;
+  } else if (control == IDCANCEL) {
     dialog_.OnCancel();
   } else if ((control == kForward || control == IDOK) && dialog_.AwaitsForward()) {
     page_.Read(*dialog_.settings());

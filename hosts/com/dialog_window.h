@@ -33,7 +33,7 @@ class DialogWindow {
 
   /// Shows the window and paints it at once.
   void Present();
-  /// Starts the one-shot timer.
+  /// Starts the one-shot timer. A cancel that comes before the timer is put off until the work runs.
   void StartTimer();
   /// Shows a change of the model. The bar waits for `PaintBar`.
   void Update(DialogChange change, std::size_t label);
@@ -42,6 +42,7 @@ class DialogWindow {
  private:
   static LRESULT CALLBACK Procedure(HWND window, UINT message, WPARAM word, LPARAM extra);
   LRESULT OnMessage(UINT message, WPARAM word, LPARAM extra);
+  void OnTimer();
   void OnCommand(UINT control);
 
   void MakeControls();
@@ -63,6 +64,8 @@ class DialogWindow {
   HWND forward_ = nullptr;
   ExportPage page_;
   bool barChanged_ = true;
+  bool waitsForTimer_ = false;
+  bool cancelEarly_ = false;
 };
 
 }  // namespace orv::com

@@ -95,6 +95,7 @@ DialogWindow* NativeInterface::Open(Dialog& dialog) {
   auto window = std::make_unique<DialogWindow>(dialog, TopWindow());
   if (window->handle() == nullptr) return nullptr;
   windows_.push_back(std::move(window));
+  lastService_ = 0;
   return windows_.back().get();
 }
 

@@ -110,6 +110,7 @@ function testTypes(path) {
   check("ReBit", engine.ReBit(path, 2, 2, 4), undefined);
   engine.ReBit(path, 0, 2, 4);
   checkCode("ReBit of record 0", 20);
+  engine.CloseAll();
   check("dBASEFldSize", engine.dBASEFldSize('"' + folder + '\\absent.dbf"', 1), undefined);
 }
 
@@ -120,7 +121,7 @@ function testQueries(path) {
   check("MtxFindFirst", engine.MtxFindFirst(path, 1, field, "\u041E\u041C\u0421\u041A", 0, false, 0, false), 3);
   check("MtxFindFirst, exact", engine.MtxFindFirst(path, 1, 2, "\u041E\u041C\u0421\u041A", 0, false, 0, true), -1);
   check("MtxFindMin", typeof engine.MtxFindMin(path, 2), "number");
-  check("MtxFindMax", engine.MtxFindMax(path, 2), 4);
+  check("MtxFindMax", engine.MtxFindMax(path, 2), 3);
   check("ExecCmd", engine.ExecCmd("=records;", path, 1, 1), "8");
   check("ExecCmd, a text", engine.ExecCmd('="\u0416"+"\u0451";', path, 1, 1), "\u0416\u0451");
   check("Cmd", engine.Cmd("x", 0), "");
@@ -156,7 +157,6 @@ function testRefusals(path) {
   checkRefused("an unknown member", function () { engine.NoSuchMember(path); });
   checkRefused("a missing argument", function () { engine.Records(); });
   checkRefused("a text that is no number", function () { engine.GetCellValue(path, "abc", 1); });
-  checkRefused("an object without a value", function () { engine.Records({}); });
 }
 
 try {

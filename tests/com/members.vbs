@@ -96,6 +96,7 @@ Check "ReBit", TypeName(engine.ReBit(path, 3, 1, 4)), "Empty"
 CheckCode "ReBit", 0
 text = engine.ReBit(path, 3, 1, 3)
 CheckCode "ReBit with a wrong form", 26
+engine.CloseAll
 Check "dBASEFldSize", TypeName(engine.dBASEFldSize("""" & folder & "\absent.dbf" & """", 1)), "Empty"
 
 ' Searches
@@ -159,13 +160,13 @@ engine.Records
 Check "too few arguments", Err.Number <> 0, True
 Err.Clear
 engine.NoSuchMember path
-Check "an unknown member", Err.Number, 438
+Check "an unknown member", Err.Number, CLng(438)
 Err.Clear
 engine.GetCellValue path, "abc", 1
-Check "a text that is no number", Err.Number, 13
+Check "a text that is no number", Err.Number, CLng(13)
 Err.Clear
 engine.GetCellValue path, 1, 99999
-Check "a number that does not fit", Err.Number, 6
+Check "a number that does not fit", Err.Number, CLng(6)
 Err.Clear
 On Error Goto 0
 
