@@ -28,7 +28,6 @@ class FloorTable {
     std::memcpy(map_.At(CellPosition(record, field) + kTextOffset), text.bytes.data(),
                 text.bytes.size());
   }
-  std::int32_t records() const { return records_; }
 
  private:
   static constexpr std::int64_t kLengthOffset = 2;
@@ -41,7 +40,6 @@ class FloorTable {
 
   FloorMap map_;
   std::array<std::int32_t, kFields + 1> data_{};  ///< each field's pointer block
-  std::int32_t records_ = 0;
 };
 
 /// Appends records as the engine lays them out: for each record a block of one pointer a field,

@@ -32,9 +32,8 @@ std::vector<Planned> Plan(const std::string& only) {
 }
 
 Result RunOne(const Planned& planned, Stores& stores, const Options& options) {
-  const TimeKind time = options.processorTime ? TimeKind::kProcessor : TimeKind::kWall;
   try {
-    return Run(planned.make(stores), options.repetitions, time);
+    return Run(planned.make(stores), options.repetitions, stores.timeKind());
   } catch (const NotMeasured& failure) {
     return {planned.name, "", {}, failure.what()};
   }
@@ -42,7 +41,8 @@ Result RunOne(const Planned& planned, Stores& stores, const Options& options) {
 
 bool RunAll(const Options& options) {
   const BenchFolder folder(options.folder);
-  Stores stores(folder, options.records);
+  Stores stores(folder, options.records,
+                options.processorTime ? TimeKind::kProcessor : TimeKind::kWall);
   std::vector<Result> results;
   PrintHeading(stdout);
   for (const Planned& planned : Plan(options.only)) {

@@ -11,13 +11,6 @@ struct Timed {
   double perOperation = 0;
 };
 
-double Now(TimeKind kind) {
-  constexpr double kNanoseconds = 1e9;
-  std::timespec now{};
-  clock_gettime(kind == TimeKind::kWall ? CLOCK_MONOTONIC : CLOCK_PROCESS_CPUTIME_ID, &now);
-  return static_cast<double>(now.tv_sec) * kNanoseconds + static_cast<double>(now.tv_nsec);
-}
-
 Timed Time(const Entrant& entrant, TimeKind kind) {
   if (entrant.prepare) entrant.prepare();
   const double start = Now(kind);
@@ -54,6 +47,13 @@ void Measure(const Workload& workload, int repetitions, TimeKind time, Result& r
 }
 
 }  // namespace
+
+double Now(TimeKind kind) {
+  constexpr double kNanoseconds = 1e9;
+  std::timespec now{};
+  clock_gettime(kind == TimeKind::kWall ? CLOCK_MONOTONIC : CLOCK_PROCESS_CPUTIME_ID, &now);
+  return static_cast<double>(now.tv_sec) * kNanoseconds + static_cast<double>(now.tv_nsec);
+}
 
 Result Run(const Workload& workload, int repetitions, TimeKind time) {
   Result result{workload.name, workload.unit, {}, {}};

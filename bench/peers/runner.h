@@ -25,6 +25,9 @@ struct Result {
 /// What a pass's time is: the wall's, or on a busy machine the processor time of this process.
 enum class TimeKind { kWall, kProcessor };
 
+/// The present moment of that kind of time, in nanoseconds.
+double Now(TimeKind kind);
+
 /// Runs the entrants one after the other, all of them once a repetition, so that whatever else the
 /// machine does hits all alike. Entrants that come to different checks make the workload a failure.
 Result Run(const Workload& workload, int repetitions, TimeKind time);

@@ -18,6 +18,13 @@ EngineTable& Stores::engine() {
   return *engine_;
 }
 
+std::string Stores::Copy(const std::string& name) {
+  engine().Close();
+  std::filesystem::copy_file(File("table.orv"), File(name),
+                             std::filesystem::copy_options::overwrite_existing);
+  return File(name);
+}
+
 SqliteTable& Stores::Sqlite(std::unique_ptr<SqliteTable>& slot, const char* file,
                             SqliteTable::Mode mode) {
   if (slot) return *slot;
@@ -49,17 +56,16 @@ LmdbTable& Stores::lmdb() {
 
 FloorTable& Stores::floor() {
   if (floor_) return *floor_;
-  engine().Close();
-  std::filesystem::copy_file(File("table.orv"), File("floor.orv"));
-  floor_ = std::make_unique<FloorTable>(File("floor.orv"));
+  floor_ = std::make_unique<FloorTable>(Copy("floor.orv"));
   return *floor_;
 }
 
 EngineTable& Stores::styled() {
   if (styled_) return *styled_;
-  engine().Close();
-  std::filesystem::copy_file(File("table.orv"), File("styled.orv"));
-  styled_ = std::make_unique<EngineTable>(File("styled.orv"));
+  styled_ = std::make_unique<EngineTable>(Copy("styled.orv"));
+  ConvertStyles(*styled_);
+  styled_->Close();
+  Renew("styled.orv");
   return *styled_;
 }
 

@@ -11,6 +11,7 @@
 #include "peers/engine_table.h"
 #include "peers/floor_table.h"
 #include "peers/lmdb_table.h"
+#include "peers/runner.h"
 #include "peers/shapelib_table.h"
 #include "peers/sqlite_table.h"
 #include "peers/workload.h"
@@ -23,12 +24,19 @@ namespace orv::bench {
 /// which its builder left the system's cache.
 class Stores {
  public:
-  Stores(const BenchFolder& folder, std::int32_t records)
-      : folder_(folder), records_(records), dbaseRecords_(std::max(records / 5, 1)) {}
+  Stores(const BenchFolder& folder, std::int32_t records, TimeKind timeKind)
+      : folder_(folder),
+        records_(records),
+        dbaseRecords_(std::max(records / 5, 1)),
+        timeKind_(timeKind) {}
 
   std::int32_t records() const { return records_; }
   std::int32_t dbaseRecords() const { return dbaseRecords_; }
   std::string File(const std::string& name) const { return folder_.File(name); }
+
+  TimeKind timeKind() const { return timeKind_; }
+  /// Makes a further copy of the engine's table and returns its file.
+  std::string Copy(const std::string& name);
 
   EngineTable& engine();
   SqliteTable& sqliteDefault();
@@ -49,6 +57,7 @@ class Stores {
   const BenchFolder& folder_;
   std::int32_t records_;
   std::int32_t dbaseRecords_;
+  TimeKind timeKind_;
   std::unique_ptr<EngineTable> engine_;
   std::unique_ptr<SqliteTable> sqliteDefault_;
   std::unique_ptr<SqliteTable> sqliteTuned_;
@@ -65,6 +74,9 @@ struct Planned {
   std::string name;
   std::function<Workload(Stores&)> make;
 };
+
+/// Gives letters fixed cells and cities and words dictionaries.
+void ConvertStyles(EngineTable& table);
 
 void AddReadingWorkloads(std::vector<Planned>& plan);
 void AddWritingWorkloads(std::vector<Planned>& plan);
