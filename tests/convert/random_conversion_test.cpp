@@ -3,6 +3,7 @@
 
 #include "convert/conversion_fixture.h"
 #include "support/real_data.h"
+#include "support/styled_file.h"
 #include "support/tier.h"
 
 namespace orv {
@@ -99,6 +100,39 @@ TEST(RandomConversions, KeepEveryCell) {
       if (step % 12 == 11) table.ExpectEqual();
     }
   }
+}
+
+TEST(RandomConversions, OfDamagedFilesNeverDoMoreThanFail) {
+  const int rounds = test::LongTier() ? 20'000 : 300;
+  Driver db;
+  test::MakeStyledFile(db);
+  db.AddRecords(L"", 6, 1);
+  for (int r = 1; r <= 6; ++r) {
+    for (int f = 1; f <= test::styled::kFields; ++f) db.Set(L"", r, f, std::to_string(r % 4));
+  }
+  ASSERT_EQ(db.Error(), 0);
+  db.CloseAll();
+  const std::string sound = db.Bytes();
+  std::mt19937 random(7);
+  const auto below = [&](std::size_t end) { return random() % end; };
+  constexpr int kStyles[] = {style::kFree, style::kFixed, style::kDictionary};
+  int failures = 0;
+  for (int round = 0; round < rounds; ++round) {
+    std::string damaged = sound;
+    for (std::size_t hit = 0; hit <= below(4); ++hit) {
+      damaged[51 + below(damaged.size() - 51)] = static_cast<char>(below(256));
+    }
+    if (below(5) == 0) damaged.resize(60 + below(damaged.size() - 60));
+    db.CloseAll();
+    test::WriteBytes(db.file(), damaged);
+    const int field = 1 + static_cast<int>(below(test::styled::kFields));
+    db.SetStyle(L"", field, kStyles[below(3)], 8);
+    failures += db.Error() != 0 ? 1 : 0;
+    db.Get(L"", 1, field);
+    db.Set(L"", 2, field, "other");
+  }
+  EXPECT_GT(failures, 0);
+  EXPECT_LT(failures, rounds);
 }
 
 class RealTable : public testing::TestWithParam<const char*> {};
