@@ -57,7 +57,7 @@ found = engine.MtxFindFirst(path, 1, 1, "oslo")
 WScript.Echo "Oslo is record " & found
 engine.SetTypeValue path, found, 3, "type", "integer"
 Demand "setting a type"
-WScript.Echo "Twice its population: " & engine.ExecCmd("=cell(record,3)*2;", path, found, 1)
+WScript.Echo "Twice its population: " & engine.ExecCmd("=cell(rec,3)*2;", path, found, 1)
 
 ' A whole range at once, into an array that counts as the table does: fields by records.
 Dim cells(3, 4), last, total
