@@ -36,6 +36,14 @@ class DialogsTest : public testing::Test {
     EXPECT_EQ(FindWindowW(L"OrvDialog", nullptr), nullptr) << "no window is left";
   }
 
+  /// Adds so many records that an operation can be met in its middle.
+  void MakeLong() {
+    long records = 2000000;
+    long row = kRecords + 1;
+    engine_->CmdAddRecord(&path_, &records, &row);
+    ASSERT_EQ(ErrorCode(), 0);
+  }
+
   int ErrorCode() { return ErrorCodeOf(engine_.get()); }
 
   void Convert() {
@@ -81,9 +89,10 @@ class DialogsTest : public testing::Test {
 };
 
 TEST_F(DialogsTest, AConversionCancelledInTheMiddleChangesNothing) {
+  MakeLong();
   Person person([](Person& self) {
     HWND dialog = self.WaitForDialog();
-    if (!self.Press(dialog, IDCANCEL)) return false;
+    if (!self.WaitUntilBarMoves(dialog) || !self.Press(dialog, IDCANCEL)) return false;
     HWND question = self.WaitForMessage(kConversionCaption);
     self.TakePicture("com-conversion-cancel");
     return self.Press(question, IDYES);
@@ -120,11 +129,12 @@ TEST_F(DialogsTest, AnExportTakesTheSeparatorsThatWereTyped) {
 }
 
 TEST_F(DialogsTest, AnExportCancelledInTheMiddleLeavesNoFile) {
+  MakeLong();
   Person person([](Person& self) {
     HWND dialog = self.WaitForDialog();
     if (!self.WaitUntilEnabled(dialog, kForwardButton)) return false;
-    // Both stand in the queue before the export starts, so the cancel is found by its loop.
-    if (!self.Press(dialog, kForwardButton) || !self.Press(dialog, IDCANCEL)) return false;
+    if (!self.Press(dialog, kForwardButton) || !self.WaitUntilBarMoves(dialog)) return false;
+    if (!self.Press(dialog, IDCANCEL)) return false;
     HWND question = self.WaitForMessage(kExportCaption);
     self.TakePicture("com-export-cancel");
     return self.Press(question, IDYES);

@@ -64,6 +64,18 @@ bool Person::WaitUntilEnabled(HWND window, int control) {
   });
 }
 
+bool Person::WaitUntilBarMoves(HWND dialog) {
+  HWND bar = FindWindowExW(dialog, nullptr, PROGRESS_CLASSW, nullptr);
+  const auto end = SendMessageW(bar, PBM_GETRANGE, FALSE, 0);
+  LRESULT position = 0;
+  // Each question is answered when the work services its events.
+  return bar != nullptr && WaitUntil([&] {
+           position = SendMessageW(bar, PBM_GETPOS, 0, 0);
+           return position > 0;
+         }) &&
+         position < end;
+}
+
 bool Person::Type(HWND window, int control, const std::wstring& text) {
   HWND box = GetDlgItem(window, control);
   return box != nullptr &&

@@ -29,6 +29,8 @@ class Person {
   bool Press(HWND window, int button);
   /// Waits until the control can be used.
   bool WaitUntilEnabled(HWND window, int control);
+  /// Waits until the dialog's bar has left its start; false when it reaches its end first.
+  bool WaitUntilBarMoves(HWND dialog);
   bool Type(HWND window, int control, const std::wstring& text);
   /// Has a picture of the screen taken by whoever runs the tests; nothing without such a runner.
   void TakePicture(const std::string& name);
