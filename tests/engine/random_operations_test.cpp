@@ -108,7 +108,7 @@ std::pair<std::string, std::string> ValueFor(Style style, unsigned amount) {
       return {number, number};
     }
     case Style::kInt: {
-      const std::string number = std::to_string(static_cast<int>(amount) * 4000000 - 2000000000);
+      const std::string number = std::to_string(static_cast<int>(amount) * 2000000 - 1000000000);
       return {number, number};
     }
     case Style::kDictionary: {
