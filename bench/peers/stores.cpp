@@ -62,10 +62,16 @@ FloorTable& Stores::floor() {
 
 EngineTable& Stores::styled() {
   if (styled_) return *styled_;
-  styled_ = std::make_unique<EngineTable>(Copy("styled.orv"));
-  ConvertStyles(*styled_);
-  styled_->Close();
+  auto styled = std::make_unique<EngineTable>(Copy("styled.orv"));
+  ConvertStyles(*styled);
+  for (const CellAt& cell : RandomCells(1000, records_, 5)) {
+    if (styled->ReadCell(cell.record, cell.field) != engine().ReadCell(cell.record, cell.field)) {
+      throw NotMeasured("the converted table reads differently");
+    }
+  }
+  styled->Close();
   Renew("styled.orv");
+  styled_ = std::move(styled);
   return *styled_;
 }
 

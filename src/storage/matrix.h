@@ -43,7 +43,8 @@ class DescriptorWalk {
   DescriptorWalk(platform::File& file, std::int32_t matrix)
       : file_(file), chain_(FieldChain(file, matrix)) {}
 
-  /// Position of the next field's descriptor, 0 when its slot is empty. Raises 9 behind the table.
+  /// Position of the next field's descriptor, 0 when its slot is empty. Raises 9 behind the table
+  /// and for a descriptor outside the file.
   std::int32_t Next();
 
  private:

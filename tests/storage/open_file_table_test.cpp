@@ -162,6 +162,8 @@ TEST_F(OpenFileTableTest, DroppingAFileClosesItAndFreesItsSlotOnly) {
   EXPECT_EQ(table_.OpenFile(Make(L"c")), 1);
 }
 
+using Reopening = OpenFileTable::Reopening;
+
 TEST_F(OpenFileTableTest, ReopeningNeverCreatesAndNeverTakesAnotherFile) {
   const std::wstring a = Make(L"a");
   table_.OpenFile(a);
