@@ -33,7 +33,7 @@ class DialogWindow {
 
   /// Shows the window and paints it at once.
   void Present();
-  /// Starts the one-shot timer. A cancel that comes before the timer is put off until the work runs.
+  /// Starts the one-shot timer. A cancel that comes before the timer waits until the work runs.
   void StartTimer();
   /// Shows a change of the model. The bar waits for `PaintBar`.
   void Update(DialogChange change, std::size_t label);

@@ -45,8 +45,6 @@ HRESULT SetText(RegistrationScope scope, const std::wstring& key, const wchar_t*
 HRESULT RemoveKey(RegistrationScope scope, const std::wstring& key) {
   const LSTATUS outcome = RegDeleteTreeW(Root(scope), ClassesKey(key).c_str());
   if (outcome == ERROR_FILE_NOT_FOUND) return S_OK;
-  // The tree is what stands below the key; the key itself goes last.
-  RegDeleteKeyW(Root(scope), ClassesKey(key).c_str());
   return HRESULT_FROM_WIN32(static_cast<DWORD>(outcome));
 }
 
