@@ -13,8 +13,9 @@ namespace orv::test {
 inline std::optional<std::filesystem::path> RealData(const std::string& name) {
   const char* const folder = std::getenv("ORV_TEST_DATA");
   const std::filesystem::path root =
-      folder != nullptr ? std::filesystem::path(folder)
-                        : std::filesystem::path(ORV_TEST_DATA_DIR) / "../../../shared/data";
+      folder != nullptr
+          ? std::filesystem::path(folder)
+          : (std::filesystem::path(ORV_TEST_DATA_DIR) / "../../../shared/data").lexically_normal();
   if (!std::filesystem::exists(root / name)) return std::nullopt;
   return root / name;
 }
