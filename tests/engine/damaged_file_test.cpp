@@ -344,6 +344,8 @@ TEST_F(SingleDamageTest, ADescriptorOutsideTheFileIsNotWritten) {
   ExpectRefused();
   db_.Set(L"", 1, 1, "text");
   ExpectRefused();
+  db_.AddRecords(L"", 1, 1);
+  ExpectRefused();
 }
 
 TEST_F(SingleDamageTest, ARecordCountThatTheFileCannotHoldIsNoCount) {
