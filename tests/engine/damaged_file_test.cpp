@@ -6,9 +6,9 @@
 #include <vector>
 
 #include <gtest/gtest.h>
-#include <sys/resource.h>
 
 #include "support/container_bytes.h"
+#include "support/peak_memory.h"
 #include "support/structure_walk.h"
 #include "support/styled_file.h"
 #include "support/tier.h"
@@ -257,12 +257,6 @@ class Exercise {
   int checks_ = 0;
 };
 
-long PeakKilobytes() {
-  rusage usage{};
-  getrusage(RUSAGE_SELF, &usage);
-  return usage.ru_maxrss;
-}
-
 constexpr unsigned kShards = 8;
 
 class DamagedFileTest : public testing::TestWithParam<unsigned> {};
@@ -272,12 +266,12 @@ TEST_P(DamagedFileTest, EveryMemberAnswersAndNothingGrowsBeyondBounds) {
   const unsigned corruptions = test::LongTier() ? 5000 : 300;
   constexpr auto kTime = std::chrono::seconds(20);
   constexpr std::size_t kGrowth = std::size_t{64} << 20;
-  constexpr long kMemoryKilobytes = 1L << 20;
+  constexpr std::size_t kMemoryKilobytes = std::size_t{1} << 20;
 
   const ContainerBytes whole(RichFile());
   ASSERT_EQ(test::WalkStructures(whole.bytes()).Text(), "");
   Driver db;
-  const long before = PeakKilobytes();
+  const std::size_t before = test::PeakKilobytes();
   for (unsigned i = 0; i < corruptions; ++i) {
     const unsigned seed = GetParam() * 1000003U + i;
     Damage damage(whole, seed);
@@ -291,7 +285,7 @@ TEST_P(DamagedFileTest, EveryMemberAnswersAndNothingGrowsBeyondBounds) {
     EXPECT_LT(db.Bytes().size(), whole.bytes().size() + kGrowth);
     if (HasFailure()) return;
   }
-  EXPECT_LT(PeakKilobytes() - before, kMemoryKilobytes);
+  EXPECT_LT(test::PeakKilobytes() - before, kMemoryKilobytes);
 }
 
 TEST(DamagedFileExerciseTest, TheWholeFilePassesTheSameExercise) {
