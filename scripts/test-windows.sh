@@ -17,7 +17,7 @@ display=yes
 while (($#)); do
   case "$1" in
     -h | --help) usage; exit 0 ;;
-    --com) targets=(orv_com com_tests com_window_tests) labels=(-L '^com') ;;
+    --com) targets=(orv_com com_tests com_window_tests) labels=(-L '^com$') ;;
     --no-windows) display=no ;;
     *) bad_usage "test-windows has no option $1" ;;
   esac
