@@ -32,8 +32,8 @@ std::int32_t FieldTablePosition(const platform::File& file, std::int32_t matrix)
 std::int16_t ContainerFieldCount(const platform::File& file, std::int32_t matrix);
 /// Start of the chain array of descriptor positions; raises 9 for a matrix without a field table.
 std::int32_t FieldChain(const platform::File& file, std::int32_t matrix);
-/// Position of field `f`'s descriptor, 0 when its slot is empty. Raises 9 for a field beyond the table
-/// and for a descriptor that does not lie inside the file.
+/// Position of field `f`'s descriptor, 0 when its slot is empty. Raises 9 for a field beyond the
+/// table and for a descriptor that does not lie inside the file.
 std::int32_t FindFieldDescriptor(platform::File& file, std::int32_t matrix, std::int16_t f);
 
 /// Goes through the field table, field by field from the first.

@@ -40,7 +40,8 @@ class Storage final : public CacheReset {
   void DropFaulted();
 
   /// Records of the location: of the view, the matrix or the dBASE III table; -1 for no location.
-  /// Raises 9 for a matrix whose count is damaged, so that nobody loops over records that cannot be.
+  /// Raises 9 for a matrix whose count is damaged, so that nobody loops over records that cannot
+  /// be.
   std::int32_t RecordCount(const Location& at);
   /// Fields of the location, likewise.
   std::int32_t FieldCount(const Location& at);
