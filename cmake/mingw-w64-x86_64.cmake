@@ -1,20 +1,4 @@
-# Cross-compiles for 64-bit Windows with Debian's mingw-w64. What is built needs no other DLL than
-# the system's.
-set(CMAKE_SYSTEM_NAME Windows)
+# 64-bit Windows.
 set(CMAKE_SYSTEM_PROCESSOR x86_64)
-
 set(orvToolPrefix x86_64-w64-mingw32)
-# The posix flavour has std::thread and std::mutex.
-set(CMAKE_C_COMPILER ${orvToolPrefix}-gcc-posix)
-set(CMAKE_CXX_COMPILER ${orvToolPrefix}-g++-posix)
-set(CMAKE_RC_COMPILER ${orvToolPrefix}-windres)
-find_program(CMAKE_CROSSCOMPILING_EMULATOR wine)
-
-set(CMAKE_EXE_LINKER_FLAGS_INIT "-static")
-set(CMAKE_SHARED_LINKER_FLAGS_INIT "-static")
-
-set(CMAKE_FIND_ROOT_PATH /usr/${orvToolPrefix})
-set(CMAKE_FIND_ROOT_PATH_MODE_PROGRAM NEVER)
-set(CMAKE_FIND_ROOT_PATH_MODE_LIBRARY ONLY)
-set(CMAKE_FIND_ROOT_PATH_MODE_INCLUDE ONLY)
-set(CMAKE_FIND_ROOT_PATH_MODE_PACKAGE ONLY)
+include("${CMAKE_CURRENT_LIST_DIR}/mingw-w64.cmake")

@@ -12,6 +12,7 @@ packages_lint="$packages_build clang-format clang-tidy cppcheck"
 packages_format="clang-format"
 packages_windows="cmake g++-mingw-w64-x86-64-posix googletest libwine-dev mingw-w64-tools ninja-build wine
   wine64"
+packages_windows32="$packages_windows g++-mingw-w64-i686-posix"
 packages_test_windows="$packages_build $packages_windows imagemagick x11-utils xvfb"
 packages_fuzz="$packages_build clang"
 
@@ -82,10 +83,10 @@ cxx_files() {
   done
 }
 
-# Sets up Wine for the commands that follow: a prefix of its own in the build folder, UTF-8 file names,
-# nothing of a desktop (menus, browsers, installers of further parts).
+# Sets up Wine for the commands that follow: a prefix of its own in the build folder, named by the
+# argument, UTF-8 file names, nothing of a desktop (menus, browsers, installers of further parts).
 use_wine() {
-  export WINEPREFIX="$PWD/build/wine" WINEDEBUG=-all LC_ALL=C.UTF-8
+  export WINEPREFIX="$PWD/build/$1" WINEDEBUG=-all LC_ALL=C.UTF-8
   export WINEDLLOVERRIDES="mscoree,mshtml,winemenubuilder.exe="
   unset DISPLAY
   [[ -f "$WINEPREFIX/system.reg" ]] || wineboot --init >/dev/null 2>&1 ||

@@ -8,7 +8,7 @@
 
 namespace orv::query {
 
-/// Texts numbered from 0 in the order in which they were added. Eight bytes a text besides its own.
+/// Texts numbered from 0 in the order in which they were added. One size a text besides its own bytes.
 class SortKeys {
  public:
   void Reserve(std::int32_t count);
@@ -26,7 +26,7 @@ class SortKeys {
 
  private:
   std::string bytes_;
-  std::vector<std::uint64_t> ends_;
+  std::vector<std::size_t> ends_;
 };
 
 }  // namespace orv::query

@@ -65,7 +65,7 @@ class ChainDirectory final : public platform::FileMemory {
   ChainBlocks& Blocks(std::int32_t start, std::int32_t entryBytes) {
     const std::uint64_t key = (std::uint64_t{static_cast<std::uint32_t>(start)} << 32) |
                               static_cast<std::uint32_t>(entryBytes);
-    Recent& recent = recent_[(key ^ key >> 32) % kRecent];
+    Recent& recent = recent_[static_cast<std::size_t>((key ^ key >> 32) % kRecent)];
     if (recent.blocks == nullptr || recent.key != key) {
       recent = {key, &arrays_.try_emplace(key, start, entryBytes).first->second};
     }

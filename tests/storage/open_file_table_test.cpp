@@ -49,6 +49,7 @@ TEST_F(OpenFileTableTest, AnotherLetterCaseIsAHit) {
 
 TEST_F(OpenFileTableTest, TwoFilesThatDifferInCaseOnlyAreNeverMixedUp) {
   const std::wstring a = Make(L"table", "small");
+  if (test::Exists(folder_.Name(L"TABLE"))) GTEST_SKIP() << "this file system tells no cases apart";
   const std::wstring b = Make(L"TABLE", "capital");
   EXPECT_EQ(table_.OpenFile(a), 1);
   EXPECT_EQ(table_.OpenFile(b), 2);
@@ -122,6 +123,7 @@ TEST_F(OpenFileTableTest, WhatNumberOneHeldWhenItWasClosedIsWhatItHoldsWhenReope
 TEST_F(OpenFileTableTest, AClosedNumberWhoseFileIsGoneIs53) {
   FillTable();
   table_.OpenFile(folder_.Name(L"missing"));
+  files_.ReleaseRetired();
   std::filesystem::remove(folder_.path() / "1");
   EXPECT_EQ(table_.OpenFile(folder_.Name(L"1")), -1);
   EXPECT_EQ(error_.value(), 53);
