@@ -8,7 +8,7 @@
 
 namespace orv::query {
 
-/// Texts numbered from 0 in the order in which they were added. One size a text besides its own bytes.
+/// Texts numbered from 0 in the order in which they were added. One size a text besides its bytes.
 class SortKeys {
  public:
   void Reserve(std::int32_t count);
