@@ -209,6 +209,7 @@ TEST_F(PathResolverTest, TheSamePathInAnotherLetterCaseIsAHit) {
 }
 
 TEST_F(PathResolverTest, ANameThatDiffersInCaseOnlyAndIsAnotherFileIsNoHit) {
+  if (test::Exists(folder_.Name(L"A"))) GTEST_SKIP() << "this file system tells no cases apart";
   Make(L"A");
   Resolve().file->WriteInt32(54, 68);
   storage_.resolver.ForgetLast();
