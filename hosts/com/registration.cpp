@@ -1,6 +1,7 @@
 #include "com/registration.h"
 
 #include <array>
+#include <cstdint>
 #include <string>
 
 #include "com/module.h"
@@ -104,7 +105,8 @@ HRESULT Unregister(RegistrationScope scope) {
   const auto remove =
       scope == RegistrationScope::kMachine ? UnRegisterTypeLib : UnRegisterTypeLibForUser;
   // A library that was never registered cannot be removed, and need not be.
-  remove(LIBID_Orv, kLibraryMajor, kLibraryMinor, LOCALE_NEUTRAL, SYS_WIN64);
+  constexpr SYSKIND kSystem = sizeof(void*) == sizeof(std::uint64_t) ? SYS_WIN64 : SYS_WIN32;
+  remove(LIBID_Orv, kLibraryMajor, kLibraryMinor, LOCALE_NEUTRAL, kSystem);
   HRESULT outcome = S_OK;
   for (const std::wstring& key : {L"CLSID\\" + TextOfId(CLSID_Engine),
                                   std::wstring(kVersionedProgId), std::wstring(kProgId)}) {

@@ -150,7 +150,6 @@ char nothing = 0;
 class WindowsMapping final : public Mapping {
  public:
   explicit WindowsMapping(Handle file) : file_(std::move(file)) {
-    if (!file_.IsValid()) RaiseOsError();
     if (GetFileType(file_.get()) != FILE_TYPE_DISK) Raise(RunTimeError::kPermissionDenied);
     if (!MapAll(FileLength())) RaiseOsError();
   }
@@ -221,6 +220,14 @@ class WindowsMapping final : public Mapping {
   ViewRange range_;
 };
 
+/// Maps what was just opened. The opening's failure is looked at before any other call of the
+/// system.
+std::unique_ptr<Mapping> MapOpened(HANDLE opened) {
+  Handle file(opened);
+  if (!file.IsValid()) RaiseOsError();
+  return std::make_unique<WindowsMapping>(std::move(file));
+}
+
 std::wstring TemporaryFolder() {
   std::array<wchar_t, MAX_PATH + 1> folder{};
   const DWORD length = GetTempPathW(static_cast<DWORD>(folder.size()), folder.data());
@@ -233,10 +240,9 @@ std::wstring TemporaryFolder() {
 std::unique_ptr<Mapping> MapFile(const std::wstring& path) {
   // Others may read and write beside us, as with the tables that several programs share. A program
   // that shares nothing locks us out with a sharing violation.
-  Handle file(CreateFileW(LongName(path).c_str(), GENERIC_READ | GENERIC_WRITE,
-                          FILE_SHARE_READ | FILE_SHARE_WRITE, nullptr, OPEN_ALWAYS,
-                          FILE_ATTRIBUTE_NORMAL, nullptr));
-  return std::make_unique<WindowsMapping>(std::move(file));
+  return MapOpened(CreateFileW(LongName(path).c_str(), GENERIC_READ | GENERIC_WRITE,
+                               FILE_SHARE_READ | FILE_SHARE_WRITE, nullptr, OPEN_ALWAYS,
+                               FILE_ATTRIBUTE_NORMAL, nullptr));
 }
 
 std::unique_ptr<Mapping> MapScratchFile() {
@@ -245,10 +251,9 @@ std::unique_ptr<Mapping> MapScratchFile() {
       TemporaryFolder() + L"orv-temp-" + std::to_wstring(GetCurrentProcessId()) + L"-" +
       std::to_wstring(GetTickCount64()) + L"-" + std::to_wstring(++scratchFiles);
   // Only a new file will do, shared with nobody and gone when it is closed.
-  Handle file(CreateFileW(LongName(name).c_str(), GENERIC_READ | GENERIC_WRITE | DELETE, 0, nullptr,
-                          CREATE_NEW, FILE_ATTRIBUTE_TEMPORARY | FILE_FLAG_DELETE_ON_CLOSE,
-                          nullptr));
-  return std::make_unique<WindowsMapping>(std::move(file));
+  return MapOpened(CreateFileW(LongName(name).c_str(), GENERIC_READ | GENERIC_WRITE | DELETE, 0,
+                               nullptr, CREATE_NEW,
+                               FILE_ATTRIBUTE_TEMPORARY | FILE_FLAG_DELETE_ON_CLOSE, nullptr));
 }
 
 bool TakeMapFault() noexcept {

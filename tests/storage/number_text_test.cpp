@@ -114,7 +114,8 @@ TEST(LeadingNumberTest, AgreesWithTheLibraryOnRandomTexts) {
   for (int i = 0; i < 200000; ++i) {
     std::string text;
     const auto length = random() % 24;
-    for (std::size_t c = 0; c < length; ++c) text += characters[random() % characters.size()];
+    for (std::size_t c = 0; c < length; ++c)
+      text += characters[static_cast<std::size_t>(random() % characters.size())];
     const double expected = std::strtod(text.c_str(), nullptr);
     if (std::isinf(expected)) continue;
     ASSERT_EQ(LeadingNumber(text), expected) << text;
