@@ -132,7 +132,7 @@ Plot PathDepths(const BenchFolder& folder) {
   Plot plot{"path-depths",
             "One cell through a path of several steps",
             {"steps of the path"},
-            {"ns a cell", true},
+            {"ns a cell"},
             1,
             {}};
   const std::vector<Places> levels = NestedInEachOther(folder, std::end(kDepths)[-1]);
