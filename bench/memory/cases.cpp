@@ -59,6 +59,15 @@ void ReadEveryCell(EngineTable& table, std::int32_t records) {
   }
 }
 
+/// What the watch has seen, before and after all files are closed.
+Usage Finish(const HeapWatch& heap, EngineMatrix& matrix, std::string what, std::string thing,
+             std::int64_t things) {
+  Usage usage{std::move(what), std::move(thing), things, heap.Now(), heap.Most()};
+  matrix.Close();
+  usage.closed = heap.Now();
+  return usage;
+}
+
 /// The blocks of the chain array that begins at `start`, counted in the file itself.
 std::int64_t CountBlocks(const FloorMap& map, std::int32_t start) {
   std::int64_t blocks = 0;
@@ -88,7 +97,9 @@ Usage ReadLoaded(LoadedTable& source) {
   EngineTable table = source.Open();
   const HeapWatch heap;
   ReadEveryCell(table, source.records());
-  return {"all cells read, filled at once", "table", 1, heap.Now(), heap.Most(), kEightMebibytes};
+  Usage usage = Finish(heap, table, "all cells read, filled at once", "table", 1);
+  usage.bound = kEightMebibytes;
+  return usage;
 }
 
 Usage ReadGrown(const BenchFolder& folder, std::int32_t records) {
@@ -100,12 +111,9 @@ Usage ReadGrown(const BenchFolder& folder, std::int32_t records) {
   const std::int64_t blocks = CountBlocks(file);
   const HeapWatch heap;
   ReadEveryCell(table, records);
-  return {"all cells read, grown record by record",
-          "block",
-          blocks,
-          heap.Now(),
-          heap.Most(),
-          kBytesOfBlock};
+  Usage usage = Finish(heap, table, "all cells read, grown record by record", "block", blocks);
+  usage.bound = kBytesOfBlock;
+  return usage;
 }
 
 /// A view that shows every other record, so that no two are neighbours.
@@ -120,28 +128,28 @@ Usage BuildScatteredView(const BenchFolder& folder, std::int32_t records) {
   EngineMatrix view(table.path() + L"/f(1)=odd");
   if (view.Records() != runs) throw NotMeasured("the view shows other records than expected");
   if (view.ReadCell(runs, 1) != L"odd") throw NotMeasured("the view's last cell is another");
-  return {"view of single records, built and read", "run", runs, heap.Now(), heap.Most()};
+  return Finish(heap, view, "view of single records, built and read", "run", runs);
 }
 
 Usage ConvertToDictionary(EngineTable& table, std::int32_t values) {
   table.Close();
   const HeapWatch heap;
   table.Convert(1, kDictionaryStyle, 0);
-  return {"conversion to a dictionary", "value", values, heap.Now(), heap.Most()};
+  return Finish(heap, table, "conversion to a dictionary", "value", values);
 }
 
 Usage ReadDictionary(EngineTable& table, std::int32_t values) {
   table.Close();
   const HeapWatch heap;
   ReadEveryCell(table, values);
-  return {"all cells read, one field a dictionary", "value", values, heap.Now(), heap.Most()};
+  return Finish(heap, table, "all cells read, one field a dictionary", "value", values);
 }
 
 Usage WriteDictionary(EngineTable& table, std::int32_t values) {
   table.Close();
   const HeapWatch heap;
   table.PutText(values, 1, CellText(1, 1));
-  return {"one cell of that field written", "value", values, heap.Now(), heap.Most()};
+  return Finish(heap, table, "one cell of that field written", "value", values);
 }
 
 Usage Sort(LoadedTable& source) {
@@ -151,7 +159,7 @@ Usage Sort(LoadedTable& source) {
   const HeapWatch heap;
   table.engine().SortData(path, field);
   table.CheckError("SortData");
-  return {"sort by 8 letters", "key", source.records(), heap.Now(), heap.Most()};
+  return Finish(heap, table, "sort by 8 letters", "key", source.records());
 }
 
 }  // namespace

@@ -14,14 +14,19 @@ namespace orv::bench {
 /// What one case came to.
 struct Usage {
   std::string what;
-  std::string thing;        ///< what the memory is in proportion to
-  std::int64_t things = 1;  ///< how many there were
+  std::string thing;  ///< what the memory is in proportion to
+  std::int64_t things = 1;
   std::int64_t after = 0;   ///< bytes held when it was done, the file still open
   std::int64_t most = 0;    ///< bytes held at the worst moment
+  std::int64_t closed = 0;  ///< bytes held when all files were closed again
   /// Bytes a thing that must not be exceeded afterwards.
   std::optional<std::int64_t> bound = std::nullopt;
 
+  /// What may stay when all files are closed: the path resolved last, a few empty tables.
+  static constexpr std::int64_t kGreatestRest = 65536;
+
   bool Exceeds() const { return bound && after > *bound * things; }
+  bool GivesBack() const { return closed <= kGreatestRest; }
 };
 
 /// A case that runs when it is its turn.
