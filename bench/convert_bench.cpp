@@ -12,8 +12,8 @@
 
 #include "convert/storage_analysis.h"
 #include "engine/component.h"
-#include "peers/bench_folder.h"
 #include "platform/code_page.h"
+#include "support/bench_folder.h"
 
 namespace orv::bench {
 namespace {

@@ -1,6 +1,6 @@
 #include "peers/analysis_clock.h"
 
-#include "peers/workload.h"
+#include "support/workload.h"
 
 namespace orv::bench {
 

@@ -5,7 +5,7 @@
 
 #include "orv/dialogs.h"
 
-#include "peers/runner.h"
+#include "support/timing.h"
 
 namespace orv::bench {
 

@@ -1,5 +1,5 @@
-#include "peers/cell_loops.h"
 #include "peers/workloads.h"
+#include "support/cell_loops.h"
 
 namespace orv::bench {
 namespace {

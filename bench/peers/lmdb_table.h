@@ -7,7 +7,7 @@
 
 #include <lmdb.h>
 
-#include "peers/table_data.h"
+#include "support/table_data.h"
 
 namespace orv::bench {
 

@@ -11,7 +11,6 @@ namespace {
 constexpr const char* kAbsent = "NOWHERE1";
 constexpr const char* kAbsentPart = "qx7jz";
 
-constexpr std::int16_t kFreeStyle = 0;
 constexpr std::int16_t kFixedStyle = 1;
 constexpr std::int16_t kDictionaryStyle = 11;
 
@@ -234,21 +233,9 @@ void AddQueryWorkloads(std::vector<Planned>& plan) {
 }
 
 void ConvertStyles(EngineTable& table) {
-  constexpr std::int16_t kStringType = 10;
-  const auto convert = [&table](std::int16_t field, std::int16_t style, std::int16_t size) {
-    std::wstring path = table.path();
-    std::int16_t type = kStringType;
-    Boolean no = Boolean::kFalse;
-    table.engine().SetFldStyle(path, field, style, size, no, no, type);
-    table.CheckError("SetFldStyle");
-    std::int16_t present = -1;
-    table.engine().GetFldStyle(path, field, present, size, no, no, type);
-    table.CheckError("GetFldStyle");
-    if (present != style) throw NotMeasured("SetFldStyle did not convert the field");
-  };
-  convert(kLetters, kFixedStyle, kLettersCount);
-  convert(kCity, kDictionaryStyle, 0);
-  convert(kWord, kDictionaryStyle, 0);
+  table.Convert(kLetters, kFixedStyle, kLettersCount);
+  table.Convert(kCity, kDictionaryStyle, 0);
+  table.Convert(kWord, kDictionaryStyle, 0);
 }
 
 }  // namespace orv::bench

@@ -1,7 +1,7 @@
 #include <algorithm>
 
-#include "peers/cell_loops.h"
 #include "peers/workloads.h"
+#include "support/cell_loops.h"
 
 namespace orv::bench {
 namespace {

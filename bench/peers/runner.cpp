@@ -1,8 +1,5 @@
 #include "peers/runner.h"
 
-#include <algorithm>
-#include <ctime>
-
 namespace orv::bench {
 namespace {
 
@@ -18,13 +15,6 @@ Timed Time(const Entrant& entrant, TimeKind kind) {
   const double took = Now(kind) - start;
   if (pass.operations < 1) throw NotMeasured(entrant.name + ": no operation was done");
   return {pass, pass.nanoseconds.value_or(took) / static_cast<double>(pass.operations)};
-}
-
-double Median(std::vector<double> values) {
-  std::sort(values.begin(), values.end());
-  const std::size_t middle = values.size() / 2;
-  if (values.size() % 2 == 1) return values[middle];
-  return (values[middle - 1] + values[middle]) / 2;
 }
 
 void Measure(const Workload& workload, int repetitions, TimeKind time, Result& result) {
@@ -47,13 +37,6 @@ void Measure(const Workload& workload, int repetitions, TimeKind time, Result& r
 }
 
 }  // namespace
-
-double Now(TimeKind kind) {
-  constexpr double kNanoseconds = 1e9;
-  std::timespec now{};
-  clock_gettime(kind == TimeKind::kWall ? CLOCK_MONOTONIC : CLOCK_PROCESS_CPUTIME_ID, &now);
-  return static_cast<double>(now.tv_sec) * kNanoseconds + static_cast<double>(now.tv_nsec);
-}
 
 Result Run(const Workload& workload, int repetitions, TimeKind time) {
   Result result{workload.name, workload.unit, {}, {}};

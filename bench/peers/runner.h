@@ -4,7 +4,8 @@
 #include <string>
 #include <vector>
 
-#include "peers/workload.h"
+#include "support/timing.h"
+#include "support/workload.h"
 
 namespace orv::bench {
 
@@ -21,12 +22,6 @@ struct Result {
   std::vector<Figure> figures;  ///< the engine first; empty when the workload failed
   std::string failure;
 };
-
-/// What a pass's time is: the wall's, or on a busy machine the processor time of this process.
-enum class TimeKind { kWall, kProcessor };
-
-/// The present moment of that kind of time, in nanoseconds.
-double Now(TimeKind kind);
 
 /// Runs the entrants one after the other, all of them once a repetition, so that whatever else the
 /// machine does hits all alike. Entrants that come to different checks make the workload a failure.

@@ -7,8 +7,8 @@
 
 #include <shapefil.h>
 
-#include "peers/table_data.h"
-#include "peers/workload.h"
+#include "support/table_data.h"
+#include "support/workload.h"
 
 namespace orv::bench {
 

@@ -2,7 +2,7 @@
 
 #include <filesystem>
 
-#include "peers/workload.h"
+#include "support/workload.h"
 
 namespace orv::bench {
 namespace {

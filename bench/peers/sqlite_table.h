@@ -8,7 +8,7 @@
 
 #include <sqlite3.h>
 
-#include "peers/table_data.h"
+#include "support/table_data.h"
 
 namespace orv::bench {
 

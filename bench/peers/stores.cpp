@@ -4,17 +4,12 @@
 
 namespace orv::bench {
 
-void Stores::Renew(const std::string& name) const {
-  std::filesystem::copy_file(File(name), File("copy"));
-  std::filesystem::rename(File("copy"), File(name));
-}
-
 EngineTable& Stores::engine() {
   if (engine_) return *engine_;
   engine_ = std::make_unique<EngineTable>(File("table.orv"));
   engine_->Load(records_);
   engine_->Close();
-  Renew("table.orv");
+  folder_.Renew("table.orv");
   return *engine_;
 }
 
@@ -31,7 +26,7 @@ SqliteTable& Stores::Sqlite(std::unique_ptr<SqliteTable>& slot, const char* file
   slot = std::make_unique<SqliteTable>(File(file), mode);
   slot->Load(records_);
   slot->Close();
-  Renew(file);
+  folder_.Renew(file);
   slot->Open();
   return *slot;
 }
@@ -49,7 +44,7 @@ LmdbTable& Stores::lmdb() {
   lmdb_ = std::make_unique<LmdbTable>(File("table.lmdb"));
   lmdb_->Load(records_);
   lmdb_->Close();
-  Renew("table.lmdb");
+  folder_.Renew("table.lmdb");
   lmdb_->Open();
   return *lmdb_;
 }
@@ -70,7 +65,7 @@ EngineTable& Stores::styled() {
     }
   }
   styled->Close();
-  Renew("styled.orv");
+  folder_.Renew("styled.orv");
   styled_ = std::move(styled);
   return *styled_;
 }
@@ -80,7 +75,7 @@ ShapelibTable& Stores::shapelib() {
   shapelib_ = std::make_unique<ShapelibTable>(File("shapelib.dbf"));
   shapelib_->Load(dbaseRecords_);
   shapelib_->Close();
-  Renew("shapelib.dbf");
+  folder_.Renew("shapelib.dbf");
   shapelib_->Open();
   return *shapelib_;
 }

@@ -7,14 +7,14 @@
 #include <string>
 #include <vector>
 
-#include "peers/bench_folder.h"
-#include "peers/engine_table.h"
-#include "peers/floor_table.h"
 #include "peers/lmdb_table.h"
 #include "peers/runner.h"
 #include "peers/shapelib_table.h"
 #include "peers/sqlite_table.h"
-#include "peers/workload.h"
+#include "support/bench_folder.h"
+#include "support/engine_table.h"
+#include "support/floor_table.h"
+#include "support/workload.h"
 
 namespace orv::bench {
 
@@ -50,8 +50,6 @@ class Stores {
   FloorDbase& floorDbase();
 
  private:
-  /// Puts a copy of the file in its place.
-  void Renew(const std::string& name) const;
   SqliteTable& Sqlite(std::unique_ptr<SqliteTable>& slot, const char* file, SqliteTable::Mode mode);
 
   const BenchFolder& folder_;

@@ -146,17 +146,14 @@ class PosixMapping final : public Mapping {
     munmap(base_, kMapBytes);
   }
 
-  FileIdentity Identity() const override {
-    struct stat status = {};
-    if (fstat(file_.number(), &status) != 0) RaiseOsError();
-    return {status.st_dev, status.st_ino};
-  }
+  FileIdentity Identity() const override { return identity_; }
 
   void Refresh() override {
     struct stat status = {};
     if (fstat(file_.number(), &status) != 0) RaiseOsError();
     if (!S_ISREG(status.st_mode)) Raise(RunTimeError::kPermissionDenied);
     size_ = std::min<std::int64_t>(status.st_size, kGreatestLength);
+    identity_ = {status.st_dev, status.st_ino};
   }
 
   void Extend(std::int64_t size) override {
@@ -197,6 +194,7 @@ class PosixMapping final : public Mapping {
   }
 
   Descriptor file_;
+  FileIdentity identity_;
   MapEntry* entry_ = nullptr;
 };
 

@@ -9,7 +9,8 @@
 namespace orv::storage {
 namespace {
 
-constexpr std::size_t kGreatestBatch = std::size_t{1} << 20;
+/// Some thousand cells. Larger batches gain nothing and only take memory.
+constexpr std::size_t kGreatestBatch = std::size_t{1} << 16;
 
 }  // namespace
 

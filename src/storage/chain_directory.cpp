@@ -28,9 +28,20 @@ ChainBlocks::Block ChainBlocks::Extend(const File& file, std::int64_t k) {
     const std::int32_t next =
         file.Int32At(std::int64_t{last_.position} + kChainHeadBytes + last_.count * entryBytes_);
     if (next == 0) break;
+    file.Announce(FurtherOn(next));
     Append(file, next, last_.first - 1 + last_.count);
   }
   return last_;
+}
+
+/// Where a block some places behind the one at `next` probably lies. The walk would wait for each
+/// block in turn, for its successor's position stands in it; announced in time, the blocks arrive
+/// together, which halves the walk. Chains that grew record by record have blocks at like
+/// distances: as far ahead as the block so many places back is behind.
+std::int64_t ChainBlocks::FurtherOn(std::int32_t next) const {
+  constexpr std::size_t kPlaces = 8;
+  if (positions_.size() < kPlaces) return next;
+  return 2 * std::int64_t{next} - positions_[positions_.size() - kPlaces];
 }
 
 void ChainBlocks::Append(const File& file, std::int32_t position, std::int64_t before) {

@@ -40,6 +40,7 @@ class ChainBlocks {
   /// Follows the chain from the last known block until a block holds entry `k` or the chain ends.
   Block Extend(const platform::File& file, std::int64_t k);
   void Append(const platform::File& file, std::int32_t position, std::int64_t first);
+  std::int64_t FurtherOn(std::int32_t next) const;
   std::size_t IndexOf(std::int64_t k) const;
   std::int64_t First(std::size_t index) const { return std::int64_t{firsts_[index]} + 1; }
 

@@ -223,6 +223,25 @@ std::wstring NestedPath(const std::wstring& path, std::int32_t record, std::int1
 
 std::wstring PropertyPath(const std::wstring& path) { return path + L"/#"; }
 
+std::wstring CanonicalPath(const MatrixPath& parts, std::size_t count) {
+  std::wstring path = QuotedFile(parts.fileName);
+  for (std::size_t i = 0; i < count; ++i) {
+    const PathStep& step = parts.steps[i];
+    switch (step.kind) {
+      case PathStep::Kind::kCell:
+        path = NestedPath(path, step.record, step.field);
+        break;
+      case PathStep::Kind::kProperties:
+        path = PropertyPath(path);
+        break;
+      case PathStep::Kind::kFilter:
+        path += L"/" + step.condition;
+        break;
+    }
+  }
+  return path;
+}
+
 bool EndsInProperties(const std::wstring& path) {
   const std::wstring_view trimmed = Trim(std::wstring_view(path));
   return !trimmed.empty() && trimmed.back() == L'#';

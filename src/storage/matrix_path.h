@@ -1,6 +1,7 @@
 // Matrix paths: their text taken apart and put together.
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <string>
 #include <vector>
@@ -39,6 +40,8 @@ std::wstring QuotedFile(const std::wstring& fileName);
 std::wstring NestedPath(const std::wstring& path, std::int32_t record, std::int16_t field);
 /// The path of the property matrix of the matrix at `path`.
 std::wstring PropertyPath(const std::wstring& path);
+/// The file and the first `count` steps, written in the one way that all spellings of them share.
+std::wstring CanonicalPath(const MatrixPath& parts, std::size_t count);
 /// Whether the path ends in its step to a property matrix.
 bool EndsInProperties(const std::wstring& path);
 

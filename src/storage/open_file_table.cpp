@@ -14,23 +14,23 @@ using platform::RunTimeError;
 using platform::RunTimeFailure;
 
 std::int16_t OpenFileTable::OpenFile(const std::wstring& path) {
-  const std::wstring key = FoldCase(std::wstring_view(path));
-  const std::int16_t hit = FindHit(path, key);
+  const std::int16_t hit = FindHit(path);
   if (hit != kFailed) return UseHit(hit);
   const std::int16_t number = FirstFree();
   if (number == kFailed) return RefuseEleventh();
   try {
-    return OpenInto(number, path, key);
+    return OpenInto(number, path);
   } catch (const RunTimeFailure& failure) {
     return Fail(number, failure.number());
   }
 }
 
 /// The slot of this file: the same spelling, or another one that leads to the same file.
-std::int16_t OpenFileTable::FindHit(const std::wstring& path, const std::wstring& key) {
+std::int16_t OpenFileTable::FindHit(const std::wstring& path) {
   for (std::int16_t number = 1; number <= kSlots; ++number) {
     if (At(number).name == path) return number;
   }
+  const std::wstring key = FoldCase(std::wstring_view(path));
   const std::optional<FileIdentity> identity = IdentityOf(platform::ExistingSpelling(path));
   for (std::int16_t number = 1; number <= kSlots; ++number) {
     const Slot& slot = At(number);
@@ -59,8 +59,7 @@ std::int16_t OpenFileTable::UseHit(std::int16_t number) {
   return Fail(number, RunTimeError::kFileNotFound);
 }
 
-std::int16_t OpenFileTable::OpenInto(std::int16_t number, const std::wstring& path,
-                                     const std::wstring& key) {
+std::int16_t OpenFileTable::OpenInto(std::int16_t number, const std::wstring& path) {
   const std::wstring found = platform::ExistingSpelling(path);
   const FileIdentity identity = files_.Open(number, found).Identity();
   if (FirstFileIsEmpty()) {
@@ -69,7 +68,7 @@ std::int16_t OpenFileTable::OpenInto(std::int16_t number, const std::wstring& pa
     error_.Set(code::kFileMissing);
     return kFailed;
   }
-  At(number) = {key, path, identity};
+  At(number) = {FoldCase(std::wstring_view(path)), path, identity};
   return number;
 }
 

@@ -50,9 +50,9 @@ class OpenFileTable {
   };
 
   Slot& At(std::int16_t number) { return slots_[static_cast<std::size_t>(number - 1)]; }
-  std::int16_t FindHit(const std::wstring& path, const std::wstring& key);
+  std::int16_t FindHit(const std::wstring& path);
   std::int16_t FirstFree();
-  std::int16_t OpenInto(std::int16_t number, const std::wstring& path, const std::wstring& key);
+  std::int16_t OpenInto(std::int16_t number, const std::wstring& path);
   std::int16_t UseHit(std::int16_t number);
   bool FirstFileIsEmpty();
   std::int16_t Fail(std::int16_t number, platform::RunTimeError failure);

@@ -20,7 +20,7 @@ bool IsMatrixPosition(const File& file, std::int32_t position) {
 bool EqualIgnoringCase(const std::wstring& a, const std::wstring& b) {
   if (a.size() != b.size()) return false;
   for (std::size_t i = 0; i < a.size(); ++i) {
-    if (platform::FoldCase(a[i]) != platform::FoldCase(b[i])) return false;
+    if (a[i] != b[i] && platform::FoldCase(a[i]) != platform::FoldCase(b[i])) return false;
   }
   return true;
 }
@@ -106,9 +106,8 @@ Location PathResolver::ResolveAfresh(const std::wstring& path) {
   if (error_.IsSet()) return {};
   Walk walk;
   if (!OpenRoot(parts.fileName, walk)) return walk.location;
-  walk.canonical = QuotedFile(parts.fileName);
-  for (const PathStep& step : parts.steps) {
-    TakeStep(step, walk);
+  for (std::size_t i = 0; i < parts.steps.size(); ++i) {
+    TakeStep(parts, i, walk);
     if (error_.IsSet()) return {};
   }
   // Building a view may have closed number 1 under this path, by trying an eleventh file.
@@ -134,14 +133,15 @@ bool PathResolver::OpenRoot(const std::wstring& fileName, Walk& walk) {
   return walk.location.position != 0;
 }
 
-void PathResolver::TakeStep(const PathStep& step, Walk& walk) {
+void PathResolver::TakeStep(const MatrixPath& parts, std::size_t index, Walk& walk) {
   if (!walk.location.IsTable()) {
     error_.Set(code::kNotAMatrix);
     return;
   }
+  const PathStep& step = parts.steps[index];
   switch (step.kind) {
     case PathStep::Kind::kFilter:
-      return EnterFilter(step, walk);
+      return EnterFilter(parts, index, walk);
     case PathStep::Kind::kProperties:
       return EnterProperties(walk);
     case PathStep::Kind::kCell:
@@ -149,10 +149,9 @@ void PathResolver::TakeStep(const PathStep& step, Walk& walk) {
   }
 }
 
-void PathResolver::EnterFilter(const PathStep& step, Walk& walk) {
-  walk.canonical += L"/" + step.condition;
-  walk.viewKey = walk.canonical;
-  walk.condition = step.condition;
+void PathResolver::EnterFilter(const MatrixPath& parts, std::size_t index, Walk& walk) {
+  walk.viewKey = CanonicalPath(parts, index + 1);
+  walk.condition = parts.steps[index].condition;
   walk.location.filter = UseFilter(walk.viewKey, walk.condition);
   walk.location.endsInProperties = false;
 }
@@ -184,7 +183,6 @@ void PathResolver::EnterProperties(Walk& walk) {
   at.endsInProperties = true;
   at.throughProperties = true;
   walk.viewKey.clear();
-  walk.canonical += L"/#";
 }
 
 void PathResolver::EnterCell(const PathStep& step, Walk& walk) {
@@ -205,7 +203,6 @@ void PathResolver::EnterCell(const PathStep& step, Walk& walk) {
   at.filter = 0;
   at.endsInProperties = false;
   walk.viewKey.clear();
-  walk.canonical = NestedPath(walk.canonical, step.record, step.field);
 }
 
 void PathResolver::Store(const std::wstring& path, const MatrixPath& parts, const Walk& walk) {

@@ -1,6 +1,7 @@
 // The path resolver and its cache of the last resolved path.
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <functional>
 #include <string>
@@ -82,7 +83,6 @@ class PathResolver {
   /// A resolution on its way through the steps.
   struct Walk {
     Location location;
-    std::wstring canonical;
     std::wstring viewKey;
     std::wstring condition;
   };
@@ -94,8 +94,8 @@ class PathResolver {
   bool ReviveFilter();
   Location ResolveAfresh(const std::wstring& path);
   bool OpenRoot(const std::wstring& fileName, Walk& walk);
-  void TakeStep(const PathStep& step, Walk& walk);
-  void EnterFilter(const PathStep& step, Walk& walk);
+  void TakeStep(const MatrixPath& parts, std::size_t index, Walk& walk);
+  void EnterFilter(const MatrixPath& parts, std::size_t index, Walk& walk);
   void EnterProperties(Walk& walk);
   void EnterCell(const PathStep& step, Walk& walk);
   std::int16_t UseFilter(const std::wstring& key, const std::wstring& condition);

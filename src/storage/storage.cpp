@@ -26,6 +26,7 @@ void Storage::ResetCaches(int level) {
 
 void Storage::CloseAll() {
   if (ports.filters != nullptr) ports.filters->EraseCash();
+  types.Clear();
   openFiles.Clear();
   files.CloseAll();
 }
@@ -34,12 +35,14 @@ void Storage::DropFile(const std::wstring& fileName) {
   if (const auto identity = platform::IdentityOf(platform::ExistingSpelling(fileName))) {
     resolver.ForgetFile(*identity);
   }
+  types.Clear();
   openFiles.Drop(fileName);
   if (ports.filters != nullptr) ports.filters->DropFile(fileName);
 }
 
 void Storage::DropFaulted() {
   resolver.ForgetLast();
+  types.Clear();
   openFiles.DropFaulted();
   if (ports.filters != nullptr) ports.filters->EraseCash();
 }

@@ -30,7 +30,7 @@ class Storage final : public CacheReset {
   CellClass cells;
 
   void ResetCaches(int level) override;
-  /// Drops views, open-file table and files. The path resolved last stays known.
+  /// Drops views, type tables, open-file table and files. The path resolved last stays known.
   void CloseAll();
   /// Closes everything that the engine has open on this file and forgets what it knows of it; to be
   /// called before the file is deleted or written anew.

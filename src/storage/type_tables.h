@@ -43,6 +43,8 @@ class TypeTables {
   std::unordered_map<std::string, std::int32_t>& DictionaryValues(platform::File& file,
                                                                   std::int32_t dictionaryMatrix);
   void Clear();
+  /// Whether nothing is kept at present.
+  bool IsEmpty() const { return tables_.empty() && dictionaries_.empty(); }
 
  private:
   struct Key {

@@ -4,6 +4,7 @@
 
 #include <gtest/gtest.h>
 
+#include "engine/component.h"
 #include "support/container_bytes.h"
 #include "support/structure_walk.h"
 #include "support/styled_file.h"
@@ -337,6 +338,17 @@ TEST_F(StyledCellTest, DictionaryValuesAreStoredOnce) {
   EXPECT_EQ(db_.Get(L"", 1, styled::kDictionary), "");
   EXPECT_EQ(db_.Get(kDictionary, 2, 2), "1");
   EXPECT_EQ(db_.Records(kDictionary), 2);
+}
+
+// Dictionary values known by text stayed behind under an opening that had ended, 70 bytes a value
+// for each opening in which a cell was written.
+TEST_F(StyledCellTest, ClosingAllFilesForgetsTypesAndDictionaryValues) {
+  const storage::TypeTables& types = engine::Component::Instance().storage.types;
+  db_.Set(L"", 1, styled::kDictionary, "red");
+  EXPECT_FALSE(types.IsEmpty());
+  db_.CloseAll();
+  EXPECT_TRUE(types.IsEmpty());
+  EXPECT_EQ(db_.Get(L"", 1, styled::kDictionary), "red");
 }
 
 TEST_F(StyledCellTest, AnIndexThatOutgrowsItsWidthIsWidened) {

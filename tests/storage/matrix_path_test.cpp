@@ -208,5 +208,19 @@ TEST(MatrixPathTest, PathsArePutTogether) {
   EXPECT_FALSE(EndsInProperties(L""));
 }
 
+TEST(MatrixPathTest, SpellingsOfAPathShareTheirCanonicalPath) {
+  const std::wstring canonical = L"\"a b\"/#/[12,3]/f(1)= 5/[1,1]";
+  for (const std::wstring& path :
+       {canonical, std::wstring(L" a b / # /[ 012 , 3 ]/f(1)= 5/ [1,1]")}) {
+    ErrorCode error;
+    const MatrixPath parts = SplitPath(path, nullptr, error);
+    ASSERT_EQ(parts.steps.size(), 4U) << "error " << error.value();
+    EXPECT_EQ(CanonicalPath(parts, 4), canonical);
+    EXPECT_EQ(CanonicalPath(parts, 3), L"\"a b\"/#/[12,3]/f(1)= 5");
+    EXPECT_EQ(CanonicalPath(parts, 1), L"\"a b\"/#");
+    EXPECT_EQ(CanonicalPath(parts, 0), L"\"a b\"");
+  }
+}
+
 }  // namespace
 }  // namespace orv::storage

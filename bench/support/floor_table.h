@@ -5,8 +5,8 @@
 #include <cstdint>
 #include <string>
 
-#include "peers/floor_map.h"
-#include "peers/table_data.h"
+#include "support/floor_map.h"
+#include "support/table_data.h"
 
 namespace orv::bench {
 

@@ -5,8 +5,8 @@
 #include <string_view>
 #include <vector>
 
-#include "peers/table_data.h"
-#include "peers/workload.h"
+#include "support/table_data.h"
+#include "support/workload.h"
 
 namespace orv::bench {
 

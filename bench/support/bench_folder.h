@@ -26,6 +26,12 @@ class BenchFolder {
   BenchFolder& operator=(const BenchFolder&) = delete;
 
   std::string File(const std::string& name) const { return (path_ / name).string(); }
+  /// Puts a copy in the place of a file that was just filled: what is measured then is a file as it
+  /// arrives, not the state in which its builder left the system's cache.
+  void Renew(const std::string& name) const {
+    std::filesystem::copy_file(path_ / name, path_ / "copy");
+    std::filesystem::rename(path_ / "copy", path_ / name);
+  }
 
  private:
   std::filesystem::path path_;

@@ -1,26 +1,22 @@
-// The table in a container file, through the public members alone.
+// One matrix, through the public members alone.
 #pragma once
 
+#include <cstdint>
 #include <string>
 
 #include "orv/engine.h"
 
-#include "peers/table_data.h"
+#include "support/table_data.h"
 
 namespace orv::bench {
 
-/// Calls with every member's parameters by reference; a call that leaves an error code ends the
-/// workload.
-class EngineTable {
+/// Calls with every member's parameters by reference and the path with each call.
+class EngineMatrix {
  public:
-  explicit EngineTable(const std::string& file);
-
-  /// Creates the file anew with the eight fields and no record.
-  void Create();
-  /// Creates the file and fills it: the records at once, then the cells record by record.
-  void Load(std::int32_t records);
+  explicit EngineMatrix(std::wstring path) : path_(std::move(path)) {}
 
   const std::wstring& path() const { return path_; }
+  Engine& engine() { return engine_; }
 
   std::wstring ReadCell(std::int32_t record, std::int16_t field) {
     Boolean isMtx = Boolean::kFalse;
@@ -40,17 +36,22 @@ class EngineTable {
     Boolean formula = Boolean::kFalse;
     engine_.ValueMatrix(block, path_, first, last, formula);
   }
-  std::int32_t Records();
-  std::int32_t Records(const std::string& condition);
   void Close() { engine_.CloseAll(); }
 
-  Engine& engine() { return engine_; }
+  /// The following end the workload if the call fails.
+  std::int32_t Records();
+  void AddFields(std::int16_t count);
+  void AddRecords(std::int32_t count);
+  void PutText(std::int32_t record, std::int16_t field, const std::string& text);
+  /// Puts an empty matrix into a cell.
+  void PutMatrix(std::int32_t record, std::int16_t field);
+  void Convert(std::int16_t field, std::int16_t freeSize, std::int16_t cellSize);
+
   /// Ends the workload if the last call failed.
   void CheckError(const char* member);
 
  private:
   Engine engine_;
-  std::wstring fileName_;
   std::wstring path_;
 };
 

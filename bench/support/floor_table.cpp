@@ -1,7 +1,7 @@
-#include "peers/floor_table.h"
+#include "support/floor_table.h"
 
-#include "peers/workload.h"
 #include "storage/layout.h"
+#include "support/workload.h"
 
 namespace orv::bench {
 

@@ -1,11 +1,11 @@
-#include "peers/floor_map.h"
+#include "support/floor_map.h"
 
 #include <fcntl.h>
 #include <sys/mman.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
-#include "peers/workload.h"
+#include "support/workload.h"
 
 namespace orv::bench {
 

@@ -1,4 +1,4 @@
-#include "peers/table_data.h"
+#include "support/table_data.h"
 
 #include <array>
 #include <cstdio>
