@@ -197,7 +197,8 @@ bool DictionaryMatrix::EnsureRecords(std::int32_t count) {
 }
 
 bool DictionaryMatrix::Write(dialogs::CompressForm& form, const DistinctValues& values) {
-  File& file = *storage_.resolver.ResolvePath(path_).file;
+  const storage::Location at = storage_.resolver.ResolvePath(path_);
+  File& file = *at.file;
   EntryWriter texts(storage_, file, matrix_, storage::kDictionaryValueField);
   EntryWriter counts(storage_, file, matrix_, storage::kDictionaryCountField);
   storage::FieldReader before(

@@ -19,8 +19,9 @@ UserInterface* InstallUserInterface(UserInterface* userInterface) {
 namespace dialogs {
 
 UserInterface& InstalledInterface() {
+  if (installed != nullptr) return *installed;
   static SilentInterface silent;
-  return installed != nullptr ? *installed : silent;
+  return silent;
 }
 
 void Beep() { InstalledInterface().Beep(); }

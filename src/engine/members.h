@@ -44,7 +44,9 @@ class Member {
 
   constexpr Member(std::string_view name, ResultType result, Caller caller)
       : name_(name), result_(result), caller_(caller) {}
-  constexpr void AddParameter(Parameter parameter) { parameters_[parameterCount_++] = parameter; }
+  constexpr void AddParameter(const Parameter& parameter) {
+    parameters_[parameterCount_++] = parameter;
+  }
   constexpr void SetNumber(std::int32_t number) { number_ = number; }
 
   constexpr std::string_view name() const { return name_; }

@@ -35,7 +35,8 @@ std::vector<bool> MatchingValues(File& file, std::int32_t dictionary, std::int32
 
 }  // namespace
 
-DictionaryScan::DictionaryScan(const File& file, DictionaryIndex index, std::vector<bool> matching)
+DictionaryScan::DictionaryScan(const File& file, DictionaryIndex index,
+                               const std::vector<bool>& matching)
     : file_(file), index_(index), matching_(matching.begin(), matching.end()) {
   matches_ = static_cast<std::int32_t>(std::count(matching_.begin(), matching_.end(), 1));
   only_ = static_cast<std::int32_t>(std::find(matching_.begin(), matching_.end(), 1) -

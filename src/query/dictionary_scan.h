@@ -15,7 +15,7 @@ class DictionaryScan final : public FieldScan {
   /// `matching` tells of each index, from 0 on, whether its value matches; an index behind it does
   /// not.
   DictionaryScan(const platform::File& file, storage::DictionaryIndex index,
-                 std::vector<bool> matching);
+                 const std::vector<bool>& matching);
 
   std::int32_t FindNext(std::int32_t from, std::int32_t to) override;
 
