@@ -5,6 +5,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include "platform/fault_points.h"
 #include "platform/file_names.h"
 #include "platform/os_error.h"
 #include "platform/output_file.h"
@@ -22,6 +23,7 @@ class PosixOutputFile final : public OutputFile {
   }
 
   void Write(std::string_view bytes) override {
+    PassFaultPoint(FileOperation::kOutputWrite);
     while (!bytes.empty()) {
       const ssize_t written = write(descriptor_, bytes.data(), bytes.size());
       if (written < 0 && errno == EINTR) continue;
@@ -31,6 +33,7 @@ class PosixOutputFile final : public OutputFile {
   }
 
   void Close() override {
+    PassFaultPoint(FileOperation::kOutputClose);
     if (close(std::exchange(descriptor_, kClosed)) != 0 && errno != EINTR) RaiseOsError();
   }
 
@@ -41,6 +44,7 @@ class PosixOutputFile final : public OutputFile {
 }  // namespace
 
 std::unique_ptr<OutputFile> CreateOutputFile(const std::wstring& path) {
+  PassFaultPoint(FileOperation::kOutputCreate);
   constexpr int kMode = 0666;
   const std::string name = NativeName(path);
   const int descriptor = open(name.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, kMode);
