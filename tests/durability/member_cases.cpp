@@ -50,9 +50,58 @@ class Agreement {
   RecordingInterface screen_;
 };
 
-void NewOver(Driver& db) {
+void New(Driver& db) {
   const Agreement agreement;
-  db.New("another");
+  db.New("brand new");
+}
+
+// The old file is deleted before the new one is created, as the user agreed.
+std::string NoFile(const Snapshot&, const Snapshot&, const Snapshot& seen) {
+  return seen.size() == 1 && seen.at("kind") == "0" ? "" : "neither a table nor nothing";
+}
+
+/// When field after field has moved down, the last slot is empty before the count says so.
+std::string EmptyLastField(const Snapshot& before, const Snapshot& after, const Snapshot& seen) {
+  const std::string last = "f" + before.at(" fields");
+  Snapshot others = seen;
+  std::string wrong;
+  for (const auto& [key, value] : seen) {
+    const std::string where = key.substr(0, key.find(' ', 1));
+    if (key.front() != ' ' || !where.ends_with(last)) continue;
+    const bool isEmpty = key.ends_with(" code") || value.ends_with(" (error 255)") || value.empty();
+    if (!isEmpty) wrong += key + "\n";
+    others.erase(key);
+  }
+  return wrong + Compare(before, after, others).strange;
+}
+
+/// The cell of the property "dictionary" holds a text for a moment, until the dictionary stands in
+/// its place.
+std::string TextInPlaceOfDictionary(const Snapshot& before, const Snapshot& after,
+                                    const Snapshot& seen) {
+  constexpr const char* kCell = "/#/[5,3] r1f2 code";
+  Snapshot others = seen;
+  others.erase(kCell);
+  if (seen.at(kCell) != "1") return "the cell holds neither a text nor a dictionary";
+  return Compare(before, after, others).strange;
+}
+
+/// What an interrupted rewriting of a text of several pieces leaves: pieces are rewritten one after
+/// the other, so the beginning is the new text's and the rest the old one's, and the border lies
+/// between two pieces.
+auto TornText(std::string key, std::vector<std::size_t> borders) {
+  return [=](const Snapshot& before, const Snapshot& after, const Snapshot& seen) -> std::string {
+    const std::string& was = before.at(key);
+    const std::string& becomes = after.at(key);
+    bool torn = false;
+    for (const std::size_t border : borders) {
+      torn = torn || seen.at(key) == becomes.substr(0, border) + was.substr(border);
+    }
+    if (!torn) return "the text is torn elsewhere";
+    Snapshot others = seen;
+    others[key] = was;
+    return Compare(before, after, others).strange;
+  };
 }
 
 void MakeDbaseTable(Driver& db) {
@@ -82,8 +131,12 @@ void AppendCellCases(std::vector<MemberCase>& cases) {
   cases.push_back(Set("a shorter text", L"", 1, 1, "1"));
   cases.push_back(Set("a longer text", L"", 1, 1, "first and more"));
   cases.push_back(Set("a text of several pieces", L"", 2, 1, "ABCDEFGHIJKLMNOPQRSTUVW"));
+  cases.back().window = TornText(" r2f1", {4, 8});
   cases.push_back(Set("the long form", L"", 1, 1, Text(300)));
+  cases.push_back(Set("fewer pieces than before", L"", 2, 1, "ABCDEF"));
+  cases.back().window = TornText(" r2f1", {4});
   cases.push_back(Set("a longer long text", L"", 4, 1, Text(1000)));
+  cases.back().window = TornText(" r4f1", {6});
   cases.push_back(Set("an emptied cell", L"", 4, 1, ""));
   cases.push_back(Set("a nested matrix's title", L"", 3, 1, "a longer title than before"));
   cases.push_back(Set("a cell of a nested matrix", L"/[3,1]", 2, 2, "deep down"));
@@ -92,13 +145,17 @@ void AppendCellCases(std::vector<MemberCase>& cases) {
   cases.push_back(Set("a packed number", L"", 1, styled::kPacked, "-1234"));
   cases.push_back(Set("an int", L"", 1, styled::kInt, "-123456789"));
   cases.push_back(Set("a known dictionary value", L"", 1, styled::kDictionary, "two"));
+  cases.back().again = Again::kSameTexts;
   cases.push_back(Set("a new dictionary value", L"", 1, styled::kDictionary, "brand new"));
+  cases.back().again = Again::kSameTexts;
   cases.push_back(Set("no dictionary value", L"", 1, styled::kDictionary, ""));
+  cases.back().again = Again::kSameTexts;
   cases.push_back(Set("a wider index", L"", 2, styled::kDictionary, "value 256"));
   cases.back().prepare = FillDictionary;
+  cases.back().again = Again::kSameTexts;
   cases.push_back(Set("a field without data", L"", 3, styled::kFields + 1, "first cell"));
   cases.back().prepare = [](Driver& db) { db.AddFields(L"", 1, styled::kFields + 1); };
-  cases.push_back(Set("through a view", L"/f(4)=\"2000\"", 1, 1, "seen through a view"));
+  cases.push_back(Set("through a view", L"/f(5)=one", 1, 1, "seen through a view"));
   cases.push_back(
       {"SetCellValue: dBASE III", [](Driver& db) { db.Set(L"", 2, 2, "change"); }, MakeDbaseTable});
 }
@@ -107,35 +164,43 @@ void AppendRecordCases(std::vector<MemberCase>& cases) {
   const auto insert = [&](const std::string& what, const std::wstring& steps, int count, int row) {
     cases.push_back(
         {"CmdAddRecord: " + what, [=](Driver& db) { db.AddRecords(steps, count, row); }});
-    cases.back().repeats = false;
+    cases.back().again = Again::kNothing;
   };
   insert("at the end", L"", 2, kRecords + 1);
   insert("the first of a matrix", L"/[3,1]/[2,1]", 2, 1);
   insert("in the middle", L"", 2, 2);
+  cases.back().problems = {"overlaps"};
   insert("in the middle of one block", L"/[3,1]", 1, 1);
+  cases.back().problems = {"overlaps"};
 }
 
 void AppendFieldCases(std::vector<MemberCase>& cases) {
   const auto add = [&](const std::string& what, const std::wstring& steps, int count, int f) {
     cases.push_back({"CmdAddFld: " + what, [=](Driver& db) { db.AddFields(steps, count, f); }});
-    cases.back().repeats = false;
+    cases.back().again = Again::kNothing;
   };
   const auto remove = [&](const std::string& what, int f) {
     cases.push_back({"CmdDelFld: " + what, [=](Driver& db) { db.DeleteField(L"", f); }});
-    cases.back().repeats = false;
+    cases.back().again = Again::kNothing;
   };
   add("at the end", L"", 2, styled::kFields + 1);
+  cases.back().problems = {"the slot does not agree with the count"};
   add("the first of a matrix", L"/[4,1]", 3, 1);
   cases.back().prepare = [](Driver& db) { db.Put(L"", 4, 1, "bare"); };
   add("in the middle", L"", 2, 2);
+  cases.back().problems = {"the slot does not agree with the count"};
   add("at the last", L"", 1, styled::kFields);
+  cases.back().problems = {"the slot does not agree with the count"};
   add("in the middle of many blocks", L"", 2, 3);
+  cases.back().problems = {"the slot does not agree with the count", "overlaps"};
   cases.back().prepare = AddFieldsOneByOne;
   add("in place of a deleted one", L"", 1, 2);
   cases.back().prepare = [](Driver& db) { db.DeleteField(L"", styled::kFields); };
   remove("the first", 1);
   remove("the last", styled::kFields);
   remove("one of many blocks", 3);
+  cases.back().window = EmptyLastField;
+  cases.back().problems = {"the slot does not agree with the count", "overlaps"};
   cases.back().prepare = AddFieldsOneByOne;
 }
 
@@ -145,7 +210,7 @@ void AppendStructureCases(std::vector<MemberCase>& cases) {
   cases.push_back(
       {"PutMatrix: a type table", [](Driver& db) { db.Put(L"/[3,1]", kOwnType, 1, "Types"); }});
   cases.push_back({"InsFirstLvlMtx", [](Driver& db) { db.InsertTop(); }});
-  cases.back().repeats = false;
+  cases.back().again = Again::kNothing;
   cases.push_back({"SetTitle: a shorter one", [](Driver& db) { db.SetTitle(L"", "t"); }});
   cases.push_back(
       {"SetTitle: a longer one", [](Driver& db) { db.SetTitle(L"", "a much longer title"); }});
@@ -158,7 +223,7 @@ void AppendTypeCases(std::vector<MemberCase>& cases) {
                        const std::string& name, const std::string& value) {
     cases.push_back(
         {"SetTypeValue: " + what, [=](Driver& db) { db.SetType(steps, r, f, name, value); }});
-    cases.back().repeats = false;
+    cases.back().again = Again::kSameTexts;
   };
   set("a new type", L"", 1, 1, "unit", "km");
   set("a new type of an empty cell", L"", 5, 1, "unit", "km");
@@ -189,9 +254,13 @@ void AppendStyleCases(std::vector<MemberCase>& cases) {
     db.Set(L"", kRecords, kExtra, "9");
   };
   convert("free to dictionary", kExtra, kDictionaryStyle);
+  cases.back().window = TextInPlaceOfDictionary;
+  cases.back().again = Again::kSameTexts;
   cases.back().prepare = addExtra;
   convert("fixed to free", styled::kText, kFreeStyle);
   convert("fixed to dictionary", styled::kText, kDictionaryStyle);
+  cases.back().window = TextInPlaceOfDictionary;
+  cases.back().again = Again::kSameTexts;
   convert("dictionary to free", styled::kDictionary, kFreeStyle);
   convert("dictionary to fixed", styled::kDictionary, kFixedStyle, 8);
   convert("to a dictionary once more", styled::kDictionary, kDictionaryStyle);
@@ -199,9 +268,9 @@ void AppendStyleCases(std::vector<MemberCase>& cases) {
 }
 
 void AppendFileCases(std::vector<MemberCase>& cases) {
-  cases.push_back({"CmdNewOrvDB: a new file", [](Driver& db) { db.New("brand new"); },
-                   [](Driver& db) { db.Use(L"new.orv"); }});
-  cases.push_back({"CmdNewOrvDB: over an old one", NewOver});
+  cases.push_back({"CmdNewOrvDB: a new file", New, [](Driver& db) { db.Use(L"new.orv"); }});
+  cases.push_back({"CmdNewOrvDB: over an old one", New});
+  cases.back().window = NoFile;
   const auto save = [&](const std::string& what, bool withProperties, int type) {
     cases.push_back({"SaveMtxAs: " + what, [=](Driver& db) {
                        const Agreement agreement;
@@ -210,15 +279,19 @@ void AppendFileCases(std::vector<MemberCase>& cases) {
     cases.back().target = L"target";
   };
   save("a text", false, kTextFile);
+  cases.back().writesNothing = true;
   save("a text and an extracted picture", false, kTextFile);
   cases.back().prepare = [](Driver& db) {
     db.SetType(L"", 1, 1, "type", "image");
     db.Set(L"", 1, 1, "GIF and so on");
     Require(db);
   };
+  cases.back().writesNothing = true;
   save("a container of values", false, kContainerFile);
   save("a container with properties", true, kContainerFile);
-  cases.push_back({"ExecCmd: an assignment", [](Driver& db) { Run(db, L"set cell(1,1)=5;"); }});
+  cases.push_back(
+      {"ExecCmd: an assignment", [](Driver& db) { Run(db, L"set cell(1,1)=cell(2,1);"); }});
+  cases.back().writesNothing = true;
 }
 
 std::vector<MemberCase> AllCases() {

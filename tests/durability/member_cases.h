@@ -11,22 +11,30 @@
 
 namespace orv::test {
 
+/// What the same call brings when it is made again after a failure.
+enum class Again {
+  kNothing,    ///< something else: it inserts once more
+  kSameTexts,  ///< the same cells; types, dictionaries and cell codes bear traces of the failure
+  kSame,       ///< the state of a call that succeeded at once
+};
+
 /// One call of a member.
 struct MemberCase {
   std::string name;
   std::function<void(Driver&)> act;
   /// Changes the rich file beforehand, or makes another one the driver's file.
   std::function<void(Driver&)> prepare = {};
-  /// Whether the same call made again after a failure brings the same state as one that succeeded.
-  bool repeats = true;
+  Again again = Again::kSame;
   /// The states between the old and the new one that are stated for this call, beyond those where
   /// each value is the old or the new one: returns what is wrong with such a state, or nothing.
   std::function<std::string(const Snapshot& before, const Snapshot& after, const Snapshot& seen)>
       window = {};
-  /// Problems that a walk over the structures may find in such a state.
-  std::vector<std::string> windowProblems = {};
+  /// Problems that a walk over the structures may find after an interruption.
+  std::vector<std::string> problems = {};
   /// Name of a second file that the call makes; the driver's file must stay as it was.
   std::wstring target = {};
+  /// Whether the call stores nothing into any table.
+  bool writesNothing = false;
 };
 
 /// Nested matrices, every style, properties, texts of several pieces, chains of several blocks:

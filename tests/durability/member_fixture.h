@@ -37,8 +37,9 @@ class MemberTest : public testing::TestWithParam<std::size_t> {
   /// their structures are sound, each value is the old or the new one, or the state is one that is
   /// stated for the case. Returns what the members told.
   Snapshot ExpectRecoverable(Outcomes& outcomes);
-  /// Expects that the file takes new fields, records and values, and that nothing else changes.
-  void ExpectUsable(const Snapshot& seen);
+  /// Expects that the host can go on: that the call, where it can be made again, now succeeds, and
+  /// that the file takes new fields, records and values without changing anything else.
+  void ExpectContinuation(const Snapshot& seen);
   /// The same as `seen` with everything open as it is.
   Snapshot Look();
 
@@ -47,7 +48,8 @@ class MemberTest : public testing::TestWithParam<std::size_t> {
   Snapshot after_;
 
  private:
-  void ExpectSound(bool inWindow);
+  void ExpectUsable(const Snapshot& seen);
+  void ExpectSound();
   void ExpectTargetReadable();
 
   std::string bytes_;

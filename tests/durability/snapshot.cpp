@@ -86,6 +86,28 @@ bool IsAdmissible(const std::string* before, const std::string* after, const std
   return before == nullptr && after != nullptr && IsBlank(*seen);
 }
 
+/// The texts of cells, names and titles, wherever they stand.
+std::set<std::string> AllTexts(const Snapshot& snapshot) {
+  std::set<std::string> texts;
+  for (const auto& [key, value] : snapshot) {
+    const bool isText = !key.starts_with("/#") && !key.ends_with(" code") && key != "kind" &&
+                        !key.ends_with(" style") && !key.ends_with(" records") &&
+                        !key.ends_with(" fields");
+    if (isText && !value.empty()) texts.insert(value);
+  }
+  return texts;
+}
+
+std::string LostTexts(const Snapshot& before, const Snapshot& after, const Snapshot& seen) {
+  const std::set<std::string> kept = AllTexts(after);
+  const std::set<std::string> present = AllTexts(seen);
+  std::string lost;
+  for (const std::string& text : AllTexts(before)) {
+    if (kept.contains(text) && !present.contains(text)) lost += text + "\n";
+  }
+  return lost;
+}
+
 std::string Text(const std::string* value) {
   return value == nullptr ? "nothing" : "\"" + *value + "\"";
 }
@@ -95,7 +117,7 @@ std::string Text(const std::string* value) {
 Snapshot TakeSnapshot(Driver& db) { return Reader(db).Read(); }
 
 Comparison Compare(const Snapshot& before, const Snapshot& after, const Snapshot& seen) {
-  Comparison result{{}, seen == before, seen == after};
+  Comparison result{{}, LostTexts(before, after, seen), seen == before, seen == after};
   std::set<std::string> keys;
   for (const Snapshot* snapshot : {&before, &after, &seen}) {
     for (const auto& [key, value] : *snapshot) keys.insert(key);

@@ -22,6 +22,9 @@ struct Comparison {
   /// Values that are neither the old nor the new one, one a line. A value that the call adds may
   /// also be missing, empty or 0; one that it takes away may be there still.
   std::string strange;
+  /// Texts of the old state that the call leaves and that are nowhere now, one a line: cells and
+  /// names wherever they stand, types and dictionaries aside.
+  std::string lost;
   bool isOld = false;
   bool isNew = false;
 };
