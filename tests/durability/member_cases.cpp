@@ -60,6 +60,40 @@ std::string NoFile(const Snapshot&, const Snapshot&, const Snapshot& seen) {
   return seen.size() == 1 && seen.at("kind") == "0" ? "" : "neither a table nor nothing";
 }
 
+/// What an interrupted insertion of `count` records at `row` leaves: the records are counted; in
+/// each field those behind some point have moved, those before it have not, and the `count` records
+/// between them show what they held or are empty.
+auto MovedRecords(std::string matrix, int row, int count) {
+  return [=](const Snapshot& before, const Snapshot& after, const Snapshot& seen) -> std::string {
+    const auto cell = [&](const Snapshot& snapshot, int r, int f) {
+      const auto found = snapshot.find(matrix + " r" + std::to_string(r) + "f" + std::to_string(f));
+      return found == snapshot.end() ? std::string("none") : found->second;
+    };
+    const int records = std::stoi(before.at(matrix + " records"));
+    const int fields = std::stoi(before.at(matrix + " fields"));
+    if (seen.at(matrix + " records") != after.at(matrix + " records")) return "not counted";
+    const auto hasMovedFrom = [&](int f, int border) {
+      for (int r = 1; r <= records + count; ++r) {
+        const std::string is = cell(seen, r, f);
+        const bool gap = r >= border && r < border + count;
+        const bool kept = r < border + count && is == cell(before, r, f);
+        const bool emptied = gap && is == cell(after, row, f);
+        const bool moved = r >= border + count && is == cell(before, r - count, f);
+        if (!kept && !emptied && !moved) return false;
+      }
+      return true;
+    };
+    for (int f = 1; f <= fields; ++f) {
+      bool found = false;
+      for (int border = row; border <= records + 1 && !found; ++border) {
+        found = hasMovedFrom(f, border);
+      }
+      if (!found) return "field " + std::to_string(f) + " has moved in another way";
+    }
+    return {};
+  };
+}
+
 /// When field after field has moved down, the last slot is empty before the count says so.
 std::string EmptyLastField(const Snapshot& before, const Snapshot& after, const Snapshot& seen) {
   const std::string last = "f" + before.at(" fields");
@@ -133,6 +167,7 @@ void AppendCellCases(std::vector<MemberCase>& cases) {
   cases.push_back(Set("a text of several pieces", L"", 2, 1, "ABCDEFGHIJKLMNOPQRSTUVW"));
   cases.back().window = TornText(" r2f1", {4, 8});
   cases.push_back(Set("the long form", L"", 1, 1, Text(300)));
+  cases.back().guarantee = Guarantee::kTexts;
   cases.push_back(Set("fewer pieces than before", L"", 2, 1, "ABCDEF"));
   cases.back().window = TornText(" r2f1", {4});
   cases.push_back(Set("a longer long text", L"", 4, 1, Text(1000)));
@@ -145,12 +180,16 @@ void AppendCellCases(std::vector<MemberCase>& cases) {
   cases.push_back(Set("a packed number", L"", 1, styled::kPacked, "-1234"));
   cases.push_back(Set("an int", L"", 1, styled::kInt, "-123456789"));
   cases.push_back(Set("a known dictionary value", L"", 1, styled::kDictionary, "two"));
+  cases.back().guarantee = Guarantee::kTexts;
   cases.back().again = Again::kSameTexts;
   cases.push_back(Set("a new dictionary value", L"", 1, styled::kDictionary, "brand new"));
+  cases.back().guarantee = Guarantee::kTexts;
   cases.back().again = Again::kSameTexts;
   cases.push_back(Set("no dictionary value", L"", 1, styled::kDictionary, ""));
+  cases.back().guarantee = Guarantee::kTexts;
   cases.back().again = Again::kSameTexts;
   cases.push_back(Set("a wider index", L"", 2, styled::kDictionary, "value 256"));
+  cases.back().guarantee = Guarantee::kEachValue;
   cases.back().prepare = FillDictionary;
   cases.back().again = Again::kSameTexts;
   cases.push_back(Set("a field without data", L"", 3, styled::kFields + 1, "first cell"));
@@ -169,8 +208,12 @@ void AppendRecordCases(std::vector<MemberCase>& cases) {
   insert("at the end", L"", 2, kRecords + 1);
   insert("the first of a matrix", L"/[3,1]/[2,1]", 2, 1);
   insert("in the middle", L"", 2, 2);
+  cases.back().guarantee = Guarantee::kEachValue;
+  cases.back().also = MovedRecords("", 2, 2);
   cases.back().problems = {"overlaps"};
   insert("in the middle of one block", L"/[3,1]", 1, 1);
+  cases.back().guarantee = Guarantee::kEachValue;
+  cases.back().also = MovedRecords("/[3,1]", 1, 1);
   cases.back().problems = {"overlaps"};
 }
 
@@ -190,8 +233,10 @@ void AppendFieldCases(std::vector<MemberCase>& cases) {
   add("in the middle", L"", 2, 2);
   cases.back().problems = {"the slot does not agree with the count"};
   add("at the last", L"", 1, styled::kFields);
+  cases.back().guarantee = Guarantee::kEachValue;
   cases.back().problems = {"the slot does not agree with the count"};
   add("in the middle of many blocks", L"", 2, 3);
+  cases.back().guarantee = Guarantee::kEachValue;
   cases.back().problems = {"the slot does not agree with the count", "overlaps"};
   cases.back().prepare = AddFieldsOneByOne;
   add("in place of a deleted one", L"", 1, 2);
@@ -199,6 +244,7 @@ void AppendFieldCases(std::vector<MemberCase>& cases) {
   remove("the first", 1);
   remove("the last", styled::kFields);
   remove("one of many blocks", 3);
+  cases.back().guarantee = Guarantee::kEachValue;
   cases.back().window = EmptyLastField;
   cases.back().problems = {"the slot does not agree with the count", "overlaps"};
   cases.back().prepare = AddFieldsOneByOne;
@@ -224,6 +270,7 @@ void AppendTypeCases(std::vector<MemberCase>& cases) {
     cases.push_back(
         {"SetTypeValue: " + what, [=](Driver& db) { db.SetType(steps, r, f, name, value); }});
     cases.back().again = Again::kSameTexts;
+    cases.back().guarantee = Guarantee::kTexts;
   };
   set("a new type", L"", 1, 1, "unit", "km");
   set("a new type of an empty cell", L"", 5, 1, "unit", "km");
@@ -254,16 +301,19 @@ void AppendStyleCases(std::vector<MemberCase>& cases) {
     db.Set(L"", kRecords, kExtra, "9");
   };
   convert("free to dictionary", kExtra, kDictionaryStyle);
+  cases.back().guarantee = Guarantee::kTexts;
   cases.back().window = TextInPlaceOfDictionary;
   cases.back().again = Again::kSameTexts;
   cases.back().prepare = addExtra;
   convert("fixed to free", styled::kText, kFreeStyle);
   convert("fixed to dictionary", styled::kText, kDictionaryStyle);
+  cases.back().guarantee = Guarantee::kTexts;
   cases.back().window = TextInPlaceOfDictionary;
   cases.back().again = Again::kSameTexts;
   convert("dictionary to free", styled::kDictionary, kFreeStyle);
   convert("dictionary to fixed", styled::kDictionary, kFixedStyle, 8);
   convert("to a dictionary once more", styled::kDictionary, kDictionaryStyle);
+  cases.back().guarantee = Guarantee::kTexts;
   cases.back().prepare = [](Driver& db) { db.SetStyle(L"", styled::kDictionary, kFreeStyle); };
 }
 

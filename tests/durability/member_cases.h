@@ -18,6 +18,17 @@ enum class Again {
   kSame,       ///< the state of a call that succeeded at once
 };
 
+/// What an interrupted call leaves, beside the old state and the new one.
+enum class Guarantee {
+  kWhole,      ///< nothing else
+  kTexts,      ///< all texts old or all new; types, dictionaries and cell codes each old or new
+  kEachValue,  ///< each value old or new
+};
+
+/// Returns what is wrong with a state that is neither the old nor the new one, or nothing.
+using StateCheck =
+    std::function<std::string(const Snapshot& before, const Snapshot& after, const Snapshot& seen)>;
+
 /// One call of a member.
 struct MemberCase {
   std::string name;
@@ -25,10 +36,11 @@ struct MemberCase {
   /// Changes the rich file beforehand, or makes another one the driver's file.
   std::function<void(Driver&)> prepare = {};
   Again again = Again::kSame;
-  /// The states between the old and the new one that are stated for this call, beyond those where
-  /// each value is the old or the new one: returns what is wrong with such a state, or nothing.
-  std::function<std::string(const Snapshot& before, const Snapshot& after, const Snapshot& seen)>
-      window = {};
+  Guarantee guarantee = Guarantee::kWhole;
+  /// A state that the guarantee does not cover and that is stated for this call.
+  StateCheck window = {};
+  /// What else holds in a state that the guarantee covers.
+  StateCheck also = {};
   /// Problems that a walk over the structures may find after an interruption.
   std::vector<std::string> problems = {};
   /// Name of a second file that the call makes; the driver's file must stay as it was.

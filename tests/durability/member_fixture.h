@@ -17,8 +17,8 @@ namespace orv::test {
 struct Outcomes {
   std::size_t old = 0;      ///< the state before the call
   std::size_t whole = 0;    ///< the state after it
-  std::size_t between = 0;  ///< each value old or new
-  std::size_t window = 0;   ///< a state that is stated for this call
+  std::size_t between = 0;  ///< a state that the call's guarantee covers
+  std::size_t window = 0;   ///< another one that is stated for the call
   std::size_t Sum() const { return old + whole + between + window; }
 };
 
@@ -48,6 +48,8 @@ class MemberTest : public testing::TestWithParam<std::size_t> {
   Snapshot after_;
 
  private:
+  /// Whether the case's guarantee covers the state.
+  bool IsGuaranteed(const Comparison& comparison, const Snapshot& seen) const;
   void ExpectUsable(const Snapshot& seen);
   void ExpectSound();
   void ExpectTargetReadable();
