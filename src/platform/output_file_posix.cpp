@@ -6,6 +6,7 @@
 #include <unistd.h>
 
 #include "platform/fault_points.h"
+#include "platform/file_limit.h"
 #include "platform/file_names.h"
 #include "platform/os_error.h"
 #include "platform/output_file.h"
@@ -24,11 +25,13 @@ class PosixOutputFile final : public OutputFile {
 
   void Write(std::string_view bytes) override {
     PassFaultPoint(FileOperation::kOutputWrite);
+    if (written_ + std::ssize(bytes) > FileSizeLimit()) Raise(RunTimeError::kDiskFull);
     while (!bytes.empty()) {
       const ssize_t written = write(descriptor_, bytes.data(), bytes.size());
       if (written < 0 && errno == EINTR) continue;
       if (written < 0) RaiseOsError();
       bytes.remove_prefix(static_cast<std::size_t>(written));
+      written_ += written;
     }
   }
 
@@ -39,6 +42,7 @@ class PosixOutputFile final : public OutputFile {
 
  private:
   int descriptor_;
+  std::int64_t written_ = 0;
 };
 
 }  // namespace
