@@ -29,6 +29,11 @@ class MemberTest : public testing::TestWithParam<std::size_t> {
 
   const MemberCase& Case() const { return MemberCases()[GetParam()]; }
 
+  /// How long the driver's file is before the call.
+  std::size_t LengthBefore() const { return bytes_.size(); }
+  /// Lengthens the file before the call with bytes that belong to nothing, up to a multiple of
+  /// `unit`.
+  void PadTo(std::size_t unit) { bytes_.resize((bytes_.size() + unit - 1) / unit * unit); }
   /// The files as before the call, nothing open; with `warm` everything has been read already.
   void Restore(bool warm);
   /// Calls the member; returns the error code.
