@@ -3,7 +3,6 @@
 #include <array>
 #include <cstdio>
 #include <filesystem>
-#include <set>
 
 #include <fcntl.h>
 #include <gtest/gtest.h>
@@ -50,20 +49,29 @@ class CutFileTest : public test::MemberTest {
       code = Act();
       EXPECT_TRUE(code >= 0 && code <= 255) << code;
     }
-    codes_.insert(code);
     Look();  // whatever is told of the rest: the host lives
     ++calls_;
     db_.CloseAll();
     const std::string kept = test::Exists(db_.file()) ? db_.Bytes() : std::string();
-    if (code == kDeviceIo) {
-      EXPECT_LE(kept.size(), std::max(length, LengthBefore())) << "lengthened";
+    ++(code == 0 ? done_ : code == kDeviceIo ? deviceErrors_ : otherCodes_);
+    if (!RemakesFile()) {
+      EXPECT_EQ(kept.size(), length) << "code " << code;
     }
     Restore(false);
     EXPECT_EQ(Look(), before_) << "the whole file again";
   }
 
-  std::set<int> codes_;
+  /// Only this call has a right to a file that is longer afterwards than it was cut to.
+  bool RemakesFile() const { return Case().name == "CmdNewOrvDB: over an old one"; }
+  void Print(const char* what) const {
+    std::printf("%s | %s | %zu | %zu | %zu | %zu\n", what, Case().name.c_str(), calls_, done_,
+                deviceErrors_, otherCodes_);
+  }
+
   std::size_t calls_ = 0;
+  std::size_t done_ = 0;
+  std::size_t deviceErrors_ = 0;
+  std::size_t otherCodes_ = 0;
 };
 
 TEST_P(CutFileTest, TheHostLivesWhereverItIsCut) {
@@ -80,6 +88,8 @@ TEST_P(CutFileTest, TheHostLivesWhereverItIsCut) {
     CutAndCall(page + 1, 0);
     if (HasFailure()) return;
   }
+  Print("cut");
+  EXPECT_GT(calls_, 0U);
 }
 
 TEST_P(CutFileTest, TheHostLivesWheneverItIsCut) {
@@ -98,9 +108,8 @@ TEST_P(CutFileTest, TheHostLivesWheneverItIsCut) {
       if (HasFailure()) return;
     }
   }
-  if (operations > 0) {
-    EXPECT_GT(calls_, 0U);
-  }
+  Print("cut inside");
+  EXPECT_EQ(calls_ > 0, operations > 0);
 }
 
 INSTANTIATE_TEST_SUITE_P(Member, CutFileTest,

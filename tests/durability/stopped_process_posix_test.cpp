@@ -8,6 +8,7 @@
 #include <unistd.h>
 
 #include "durability/member_fixture.h"
+#include "support/tier.h"
 
 namespace orv {
 namespace {
@@ -17,6 +18,8 @@ using test::FaultPlan;
 using test::Outcomes;
 using test::Snapshot;
 
+/// The fast tier leaves some out where there are more than that.
+constexpr std::size_t kManyOperations = 50;
 constexpr int kStopped = 77;
 constexpr int kFinished = 78;
 
@@ -53,7 +56,8 @@ class StoppedProcessTest : public test::MemberTest {
 TEST_P(StoppedProcessTest, LeavesTheOldStateOrTheNewOne) {
   CountOperations();
   std::size_t stops = 0;
-  for (std::size_t n = 1; n <= operations_; ++n) {
+  const std::size_t step = test::LongTier() ? 1 : 1 + operations_ / kManyOperations;
+  for (std::size_t n = 1; n <= operations_; n += step) {
     SCOPED_TRACE("stopped before operation " + std::to_string(n));
     Restore(false);
     const int status = StatusOfStop(n);
@@ -67,7 +71,9 @@ TEST_P(StoppedProcessTest, LeavesTheOldStateOrTheNewOne) {
   std::printf("stop | %s | %zu | %zu | %zu | %zu | %zu | %zu\n", Case().name.c_str(), stops,
               stores_, outcomes_.old, outcomes_.whole, outcomes_.between, outcomes_.window);
   EXPECT_GT(stops, 0U);
-  EXPECT_GE(stops, stores_) << "every store is a point where the process was stopped";
+  if (step == 1) {
+    EXPECT_GE(stops, stores_) << "every store is a point where the process was stopped";
+  }
   EXPECT_EQ(stores_ > 0 || Case().writesNothing, true);
   EXPECT_EQ(outcomes_.Sum(), stops);
 }
