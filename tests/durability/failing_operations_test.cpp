@@ -27,7 +27,7 @@ constexpr std::array kErrors = {
 constexpr std::size_t kErrorsOfFastTier = 2;
 /// It tries every other operation with everything read before and the ones between without, and
 /// fewer where there are many.
-constexpr std::size_t kManyOperations = 40;
+constexpr std::size_t kManyOperations = 20;
 
 /// What a member makes of a failure: a file that may not be opened counts as locked.
 bool IsCodeOf(int code, RunTimeError error) {

@@ -156,7 +156,7 @@ class FileLimitTest : public NoRoomTest {
 
 TEST_P(FileLimitTest, LeavesTheOldStateOrTheNewOne) {
   std::size_t refused = 0;
-  std::size_t step = test::LongTier() ? 1 : 5;
+  std::size_t step = test::LongTier() ? 1 : 20;
   bool done = false;
   for (std::size_t more = 0; !done; more += step) {
     SCOPED_TRACE(std::to_string(more) + " bytes more");
