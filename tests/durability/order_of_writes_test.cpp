@@ -168,6 +168,37 @@ TEST_F(OrderOfWritesTest, NewFixedTextsAreBlankBeforeAnythingRefersToThem) {
   }
 }
 
+/// A disk on which no file can grow.
+class NoRoom : public platform::FaultPoints {
+ public:
+  NoRoom() { platform::installedFaultPoints = this; }
+  ~NoRoom() override { platform::installedFaultPoints = nullptr; }
+  bool Before(FileOperation operation) override {
+    if (operation == FileOperation::kGrow) platform::Raise(platform::RunTimeError::kDiskFull);
+    return true;
+  }
+};
+
+// The pieces that there were had been rewritten when the room for the rest was missing: the call
+// failed and left half a text.
+TEST_F(OrderOfWritesTest, AFullDiskLeavesATextOfManyPiecesWhole) {
+  db_.Fresh();
+  db_.AddFields(L"", 1, 1);
+  db_.AddRecords(L"", 1, 1);
+  db_.Set(L"", 1, 1, "abcd");
+  db_.Set(L"", 1, 1, "abcdefgh");
+  db_.Set(L"", 1, 1, "abcdefghijklmnop");
+  db_.CloseAll();
+  {
+    const NoRoom noRoom;
+    db_.Set(L"", 1, 1, "ABCDEFGHIJKLMNOPQRST");
+    EXPECT_EQ(db_.Error(), 61);
+  }
+  EXPECT_EQ(db_.Get(L"", 1, 1), "abcdefghijklmnop");
+  db_.Set(L"", 1, 1, "ABCDEFGHIJKLMNOPQRST");
+  EXPECT_EQ(db_.Get(L"", 1, 1), "ABCDEFGHIJKLMNOPQRST");
+}
+
 // The header came first, with a root pointer of four blanks.
 TEST_F(OrderOfWritesTest, ANewContainerIsWrittenInOneWrite) {
   EXPECT_EQ(StoresOf([&] { db_.New(); }), 1U);
