@@ -1,9 +1,12 @@
 // Every member that changes a file, on a disk that is really full, and where the process may not
 // make files any longer.
 #include <array>
+#include <cstdint>
 #include <cstdio>
 #include <cstdlib>
 #include <filesystem>
+#include <optional>
+#include <string>
 
 #include <fcntl.h>
 #include <gtest/gtest.h>
@@ -14,13 +17,36 @@
 #include <unistd.h>
 
 #include "durability/member_fixture.h"
-#include "durability/small_disk_posix.h"
 #include "platform/file_names.h"
 #include "support/structure_walk.h"
 #include "support/tier.h"
 
 namespace orv {
-namespace test {
+namespace {
+
+/// A file system in memory, mounted where only this process sees it; temporary folders made while
+/// it is there lie on it. Only a privileged process can have one.
+class SmallDisk {
+ public:
+  static constexpr std::uint64_t kBytes = std::uint64_t{4} << 20;
+
+  SmallDisk();
+  ~SmallDisk();
+  SmallDisk(const SmallDisk&) = delete;
+  SmallDisk& operator=(const SmallDisk&) = delete;
+
+  bool IsMounted() const { return mounted_; }
+  static std::uint64_t BlockBytes();
+  /// Takes up everything but `blocks` blocks; false when there are fewer than that.
+  bool LeaveFree(std::uint64_t blocks);
+  /// Gives back what was taken up.
+  void Release();
+
+ private:
+  std::string root_;
+  std::optional<std::string> formerTemp_;
+  bool mounted_ = false;
+};
 
 SmallDisk::SmallDisk() {
   std::string name = (std::filesystem::temp_directory_path() / "orv-disk-XXXXXX").string();
@@ -63,10 +89,6 @@ bool SmallDisk::LeaveFree(std::uint64_t blocks) {
 }
 
 void SmallDisk::Release() { unlink((root_ + "/filler").c_str()); }
-
-}  // namespace test
-
-namespace {
 
 using test::Outcomes;
 using test::Snapshot;
@@ -113,7 +135,7 @@ class NoRoomTest : public test::MemberTest {
 };
 
 /// The disk is there before the fixture makes its folder, and gone after it.
-class FullDiskTest : protected test::SmallDisk, public NoRoomTest {
+class FullDiskTest : protected SmallDisk, public NoRoomTest {
  protected:
   void SetUp() override {
     if (!IsMounted()) {
@@ -178,7 +200,7 @@ TEST_P(FileLimitTest, LeavesTheOldStateOrTheNewOne) {
   EXPECT_EQ(calls_, refused + 1);
 }
 
-class FillingDiskTest : protected test::SmallDisk, public testing::Test {
+class FillingDiskTest : protected SmallDisk, public testing::Test {
  protected:
   void SetUp() override {
     if (!IsMounted()) {
