@@ -1,6 +1,5 @@
 // Every member that changes a file, on a disk that is really full, and where the process may not
 // make files any longer.
-#include <array>
 #include <cstdint>
 #include <cstdio>
 #include <cstdlib>
@@ -17,7 +16,6 @@
 #include <unistd.h>
 
 #include "durability/member_fixture.h"
-#include "platform/file_names.h"
 #include "support/structure_walk.h"
 #include "support/tier.h"
 

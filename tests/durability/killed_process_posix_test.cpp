@@ -6,7 +6,6 @@
 #include <csignal>
 #include <cstdio>
 #include <ctime>
-#include <map>
 #include <new>
 
 #include <gtest/gtest.h>

@@ -1,5 +1,4 @@
 // What the order of writes owes to members that were once interrupted at the wrong moment.
-#include <vector>
 
 #include <gtest/gtest.h>
 
