@@ -31,10 +31,13 @@ File::File(std::unique_ptr<Mapping> mapping)
       length_(mapping_->size()),
       opening_(NextOpening()) {}
 
-File::~File() { Settle(); }
+File::~File() {
+  Settle();
+  PassFaultPoint(FileOperation::kClose);
+}
 
 void File::Settle() noexcept {
-  if (extended_ && !Faulted()) mapping_->Trim(length_);
+  if (extended_ && !Faulted() && PassFaultPoint(FileOperation::kTrim)) mapping_->Trim(length_);
   extended_ = false;
   FollowMapping();
 }
@@ -65,6 +68,7 @@ void File::Fill(std::int64_t position, std::int64_t count, char value) {
 
 void File::Move(std::int64_t from, std::int64_t to, std::int64_t count) {
   if (!Contains(from, count) || !Contains(to, count)) Raise(RunTimeError::kSubscript);
+  BeforeStore();
   std::memmove(base_ + to - 1, base_ + from - 1, static_cast<std::size_t>(count));
 }
 
@@ -74,16 +78,21 @@ void File::Grow(std::int64_t position, std::int64_t count) {
   const std::int64_t needed = position - 1 + count;
   if (needed > mapping_->size()) {
     try {
-      mapping_->Extend(WithStep(needed));
+      ExtendMapping(WithStep(needed));
     } catch (const RunTimeFailure& failure) {
       FollowMapping();
       if (failure.number() != RunTimeError::kDiskFull) throw;
-      mapping_->Extend(needed);  // near a full disk the step shrinks to what is needed
+      ExtendMapping(needed);  // near a full disk the step shrinks to what is needed
     }
     extended_ = true;
     base_ = mapping_->base();
   }
   length_ = needed;
+}
+
+void File::ExtendMapping(std::int64_t size) {
+  PassFaultPoint(FileOperation::kGrow);
+  mapping_->Extend(size);
 }
 
 void File::RefreshLength() {
@@ -96,6 +105,7 @@ void File::RefreshLength() {
 File& NumberedFiles::Open(int number, const std::wstring& path) {
   Close(number);
   auto& slot = files_[static_cast<std::size_t>(number)];
+  PassFaultPoint(FileOperation::kOpen);
   slot = std::make_unique<File>(MapFile(path));
   return *slot;
 }
@@ -103,6 +113,7 @@ File& NumberedFiles::Open(int number, const std::wstring& path) {
 File& NumberedFiles::OpenScratch() {
   Close(kCreation);
   auto& slot = files_[kCreation];
+  PassFaultPoint(FileOperation::kScratch);
   slot = std::make_unique<File>(MapScratchFile());
   return *slot;
 }

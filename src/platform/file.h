@@ -2,6 +2,7 @@
 #pragma once
 
 #include <array>
+#include <atomic>
 #include <cstdint>
 #include <cstring>
 #include <memory>
@@ -9,6 +10,7 @@
 #include <string_view>
 #include <vector>
 
+#include "platform/fault_points.h"
 #include "platform/mapping.h"
 #include "platform/run_time_error.h"
 
@@ -107,8 +109,16 @@ class File {
   /// Makes the range writable, growing the file when it ends before the range does.
   void Prepare(std::int64_t position, std::int64_t count) {
     if (!Contains(position, count)) Grow(position, count);
+    BeforeStore();
+  }
+  /// Every store into the map comes after the ones before it: what a killed process leaves must be
+  /// a beginning of what it wrote, so the compiler may not exchange stores either.
+  static void BeforeStore() {
+    std::atomic_signal_fence(std::memory_order_release);
+    PassFaultPoint(FileOperation::kStore);
   }
   void Grow(std::int64_t position, std::int64_t count);
+  void ExtendMapping(std::int64_t size);
   /// Takes notice of where the mapping lies after a change of its size.
   void FollowMapping() noexcept;
 

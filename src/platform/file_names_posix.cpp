@@ -6,6 +6,7 @@
 #include <unistd.h>
 
 #include "platform/code_page.h"
+#include "platform/fault_points.h"
 #include "platform/file_names.h"
 #include "platform/os_error.h"
 
@@ -105,6 +106,7 @@ std::optional<FileIdentity> IdentityOf(const std::wstring& path) {
 }
 
 void DeleteFile(const std::wstring& path) {
+  PassFaultPoint(FileOperation::kDelete);
   if (unlink(NativeName(path).c_str()) != 0) RaiseOsError();
 }
 

@@ -1,3 +1,4 @@
+#include "platform/fault_points.h"
 #include "platform/file_names.h"
 #include "platform/os_error.h"
 #include "platform/windows_api.h"
@@ -64,6 +65,7 @@ std::optional<FileIdentity> IdentityOf(const std::wstring& path) {
 }
 
 void DeleteFile(const std::wstring& path) {
+  PassFaultPoint(FileOperation::kDelete);
   if (!DeleteFileW(LongName(path).c_str())) RaiseOsError();
 }
 

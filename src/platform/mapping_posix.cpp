@@ -19,6 +19,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include "platform/file_limit.h"
 #include "platform/file_names.h"
 #include "platform/mapping.h"
 #include "platform/os_error.h"
@@ -187,6 +188,7 @@ class PosixMapping final : public Mapping {
   }
 
   int Reserve(std::int64_t size) const {
+    if (size > FileSizeLimit()) return ENOSPC;
     for (;;) {
       const int failure = posix_fallocate(file_.number(), size_, size - size_);
       if (failure != EINTR) return failure;

@@ -12,6 +12,7 @@ RunTimeError FromOsError(int osError) {
     case EISDIR:
     case EBUSY:
     case ETXTBSY:
+    case EAGAIN:  // another process holds a lease on the file
       return RunTimeError::kPermissionDenied;
     case ENOENT:
       return RunTimeError::kFileNotFound;

@@ -5,6 +5,8 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include "platform/fault_points.h"
+#include "platform/file_limit.h"
 #include "platform/file_names.h"
 #include "platform/os_error.h"
 #include "platform/output_file.h"
@@ -22,25 +24,31 @@ class PosixOutputFile final : public OutputFile {
   }
 
   void Write(std::string_view bytes) override {
+    PassFaultPoint(FileOperation::kOutputWrite);
+    if (written_ + std::ssize(bytes) > FileSizeLimit()) Raise(RunTimeError::kDiskFull);
     while (!bytes.empty()) {
       const ssize_t written = write(descriptor_, bytes.data(), bytes.size());
       if (written < 0 && errno == EINTR) continue;
       if (written < 0) RaiseOsError();
       bytes.remove_prefix(static_cast<std::size_t>(written));
+      written_ += written;
     }
   }
 
   void Close() override {
+    PassFaultPoint(FileOperation::kOutputClose);
     if (close(std::exchange(descriptor_, kClosed)) != 0 && errno != EINTR) RaiseOsError();
   }
 
  private:
   int descriptor_;
+  std::int64_t written_ = 0;
 };
 
 }  // namespace
 
 std::unique_ptr<OutputFile> CreateOutputFile(const std::wstring& path) {
+  PassFaultPoint(FileOperation::kOutputCreate);
   constexpr int kMode = 0666;
   const std::string name = NativeName(path);
   const int descriptor = open(name.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, kMode);

@@ -1,5 +1,6 @@
 #include <algorithm>
 
+#include "platform/fault_points.h"
 #include "platform/os_error.h"
 #include "platform/output_file.h"
 #include "platform/windows_api.h"
@@ -14,6 +15,7 @@ class WindowsOutputFile final : public OutputFile {
   explicit WindowsOutputFile(Handle file) : file_(std::move(file)) {}
 
   void Write(std::string_view bytes) override {
+    PassFaultPoint(FileOperation::kOutputWrite);
     while (!bytes.empty()) {
       const auto asked = static_cast<DWORD>(std::min(bytes.size(), kGreatestWrite));
       DWORD written = 0;
@@ -22,7 +24,10 @@ class WindowsOutputFile final : public OutputFile {
     }
   }
 
-  void Close() override { file_ = Handle(); }
+  void Close() override {
+    PassFaultPoint(FileOperation::kOutputClose);
+    file_ = Handle();
+  }
 
  private:
   Handle file_;
@@ -31,6 +36,7 @@ class WindowsOutputFile final : public OutputFile {
 }  // namespace
 
 std::unique_ptr<OutputFile> CreateOutputFile(const std::wstring& path) {
+  PassFaultPoint(FileOperation::kOutputCreate);
   Handle file(CreateFileW(LongName(path).c_str(), GENERIC_WRITE, FILE_SHARE_READ, nullptr,
                           CREATE_ALWAYS, FILE_ATTRIBUTE_NORMAL, nullptr));
   if (!file.IsValid()) RaiseOsError();

@@ -151,8 +151,8 @@ void SetFixedData(std::int32_t rec, std::int32_t writePos, File& nm, std::int16_
 }
 
 void AddFixedRecords(std::int32_t rec, std::int32_t writePos, std::int32_t quantity, File& nm,
-                     std::int16_t cellSize) {
-  GrowChain(nm, writePos, std::int64_t{rec} + quantity - 1, cellSize);
+                     std::int16_t cellSize, char empty) {
+  GrowChain(nm, writePos, std::int64_t{rec} + quantity - 1, cellSize, empty);
 }
 
 std::string PaddedText(std::string_view text, std::size_t size) {

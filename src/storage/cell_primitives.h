@@ -46,9 +46,9 @@ void SetFixedData(std::int32_t rec, std::int32_t writePos, platform::File& nm,
                   std::int16_t cellSize, std::string_view vlu, std::string_view fldType);
 
 /// Makes room for `quantity` fixed-width records, the first of them number `rec`, at the end of a
-/// data chain.
+/// data chain. They consist of the byte `empty`.
 void AddFixedRecords(std::int32_t rec, std::int32_t writePos, std::int32_t quantity,
-                     platform::File& nm, std::int16_t cellSize);
+                     platform::File& nm, std::int16_t cellSize, char empty = 0);
 
 /// The text cut or padded with blanks to `size` characters.
 std::string PaddedText(std::string_view text, std::size_t size);

@@ -45,9 +45,9 @@ ChainEntry EntryAt(const File& file, std::int64_t position, std::int32_t w) {
 /// Appends a block that ends with entry `k` behind the last block; returns the entry's position
 /// less 4.
 std::int32_t AppendBlock(File& file, std::int32_t start, const ChainBlocks::Block& last,
-                         std::int64_t k, std::int32_t w) {
+                         std::int64_t k, std::int32_t w, char fill) {
   const std::int64_t count = k - (last.first - 1 + last.count);
-  const std::int32_t block = AppendChainBlock(file, count, w);
+  const std::int32_t block = AppendChainBlock(file, count, w, fill);
   file.WriteInt32(EntryPosition(last, last.first + last.count, w), block);
   ChainDirectory::Of(file).Blocks(start, w).Follow(file);
   return static_cast<std::int32_t>(block + (count - 1) * w);
@@ -61,10 +61,11 @@ std::int32_t EndOfFile(const File& file) {
   return static_cast<std::int32_t>(position);
 }
 
-std::int32_t AppendChainBlock(File& file, std::int64_t count, std::int32_t w) {
+std::int32_t AppendChainBlock(File& file, std::int64_t count, std::int32_t w, char fill) {
   const std::int32_t block = EndOfFile(file);
   file.WriteZeros(block, kChainHeadBytes + count * w + kPointerBytes);
   file.WriteInt32(block, static_cast<std::int32_t>(count));
+  if (fill != 0) file.Fill(std::int64_t{block} + kChainHeadBytes, count * w, fill);
   return block;
 }
 
@@ -74,7 +75,7 @@ ChainEntry ReadChainEntry(File& file, std::int32_t start, std::int64_t k, std::i
   const ChainBlocks::Block block = FindBlock(file, start, k, w);
   if (Holds(block, k)) return EntryAt(file, EntryPosition(block, k, w), w);
   if (!mayGrow || k < 1) Raise(RunTimeError::kSubscript);
-  return {AppendBlock(file, start, block, k, w), 0};
+  return {AppendBlock(file, start, block, k, w, 0), 0};
 }
 
 ChainRun FindChainRun(File& file, std::int32_t start, std::int64_t k, std::int32_t w) {
@@ -90,8 +91,10 @@ std::int64_t ChainLength(File& file, std::int32_t start, std::int32_t w) {
   return last.first - 1 + last.count;
 }
 
-void GrowChain(File& file, std::int32_t start, std::int64_t count, std::int32_t w) {
-  if (count > 0) ReadChainEntry(file, start, count, w, true);
+void GrowChain(File& file, std::int32_t start, std::int64_t count, std::int32_t w, char fill) {
+  if (start == 0 || count < 1) return;
+  const ChainBlocks::Block block = FindBlock(file, start, count, w);
+  if (!Holds(block, count)) AppendBlock(file, start, block, count, w, fill);
 }
 
 void MoveChainEntries(File& file, std::int32_t start, std::int64_t from, std::int64_t count,

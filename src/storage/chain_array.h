@@ -40,12 +40,15 @@ ChainRun FindChainRun(platform::File& file, std::int32_t start, std::int64_t k, 
 /// How many entries the array has, 0 for a start of 0. Raises 9 for a damaged chain.
 std::int64_t ChainLength(platform::File& file, std::int32_t start, std::int32_t w);
 
-/// Makes the array hold at least `count` entries; does nothing when it does already.
-void GrowChain(platform::File& file, std::int32_t start, std::int64_t count, std::int32_t w);
+/// Makes the array hold at least `count` entries; does nothing when it does already. New entries
+/// consist of the byte `fill`, and do so before the array refers to them.
+void GrowChain(platform::File& file, std::int32_t start, std::int64_t count, std::int32_t w,
+               char fill = 0);
 
-/// Appends a block of `count` zero entries at the end of the file and returns its position; nothing
-/// refers to it yet.
-std::int32_t AppendChainBlock(platform::File& file, std::int64_t count, std::int32_t w);
+/// Appends a block of `count` entries that consist of the byte `fill` at the end of the file and
+/// returns its position; nothing refers to it yet.
+std::int32_t AppendChainBlock(platform::File& file, std::int64_t count, std::int32_t w,
+                              char fill = 0);
 
 /// Moves entries `from` to `from + count - 1` up by `distance` entries, the highest first. All
 /// entries concerned must exist.

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstring>
 #include <unordered_set>
+#include <vector>
 
 #include "storage/bytes.h"
 #include "storage/chain_array.h"
@@ -100,16 +101,37 @@ void ShrinkPiece(File& file, const Piece& piece, std::string_view text, int L) {
   file.Write(piece.textPosition - L, bytes);
 }
 
-/// Checks every piece that a rewriting with `length` bytes will touch, so that it is refused as a
-/// whole.
-void CheckPieces(const File& file, std::int32_t position, std::size_t length, int L) {
+/// The present pieces that a rewriting with `length` bytes will touch, all of them checked, so that
+/// it is refused as a whole.
+std::vector<Piece> PiecesFor(const File& file, std::int32_t position, std::size_t length, int L) {
+  std::vector<Piece> pieces;
   PieceTrail trail;
   auto rest = static_cast<std::int64_t>(length);
   while (trail.Enter(position)) {
-    const Piece piece = WritablePiece(file, position, L);
-    rest -= piece.capacity;
-    if (rest <= 0 || !LeadsOn(file, piece.next)) return;
-    position = piece.next;
+    pieces.push_back(WritablePiece(file, position, L));
+    rest -= pieces.back().capacity;
+    if (rest <= 0 || !LeadsOn(file, pieces.back().next)) break;
+    position = pieces.back().next;
+  }
+  return pieces;
+}
+
+/// Rewrites the pieces with the text, which may be too long for them. What is too long goes to a
+/// new piece, which stands before anything is rewritten: a full disk changes nothing.
+void RewritePieces(File& file, const std::vector<Piece>& pieces, std::string_view text, int L) {
+  std::size_t capacity = 0;
+  for (const Piece& piece : pieces) capacity += static_cast<std::size_t>(piece.capacity);
+  std::int32_t added = 0;
+  if (text.size() > capacity) {
+    added = AppendText(file, EndOfFile(file), text.substr(capacity), L);
+    text = text.substr(0, capacity);
+  }
+  for (const Piece& piece : pieces) {
+    const bool isLast = &piece == &pieces.back();
+    if (isLast && added == 0) return ShrinkPiece(file, piece, text, L);
+    const auto here = static_cast<std::size_t>(piece.capacity);
+    WriteTextAndNext(file, piece.textPosition, text.substr(0, here), isLast ? added : piece.next);
+    text.remove_prefix(here);
   }
 }
 
@@ -149,27 +171,8 @@ std::int32_t WriteChainedText(File& file, std::int32_t position, std::string_vie
 
   const std::string own(
       text);  // the text may be a view of the bytes that are about to be written over
-  CheckPieces(file, position, own.size(), L);
-  PieceTrail trail;
-  std::string_view rest = own;
-  std::int32_t at = position;
-  for (;;) {
-    trail.Enter(at);
-    const Piece piece = WritablePiece(file, at, L);
-    const auto capacity = static_cast<std::size_t>(piece.capacity);
-    if (rest.size() <= capacity) {
-      ShrinkPiece(file, piece, rest, L);
-      return position;
-    }
-    const std::string_view here = rest.substr(0, capacity);
-    rest.remove_prefix(capacity);
-    std::int32_t next = piece.next;
-    const bool ends = !LeadsOn(file, next) || !trail.Enter(next);
-    if (ends) next = AppendText(file, EndOfFile(file), rest, L);
-    WriteTextAndNext(file, piece.textPosition, here, next);
-    if (ends) return position;
-    at = next;
-  }
+  RewritePieces(file, PiecesFor(file, position, own.size(), L), own, L);
+  return position;
 }
 
 std::size_t StoreShortPiece(std::string_view text, char* bytes) {

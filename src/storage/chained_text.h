@@ -24,7 +24,8 @@ std::string_view ReadChainedText(const platform::File& file, std::int32_t positi
 /// Writes the text over the one at `position` and returns where it begins. Position 0 appends a new
 /// text at the end of the file; a position behind the end writes a new text there. A text that fits
 /// the present pieces shrinks the last piece it needs to its own length; a longer one gets a new
-/// piece at the end of the file, written before anything refers to it. Raises 9, with nothing
+/// piece at the end of the file, written before anything else, so that a full disk changes nothing.
+/// Present pieces are then rewritten one after the other, each in one write. Raises 9, with nothing
 /// written, when a present piece does not lie inside the file.
 std::int32_t WriteChainedText(platform::File& file, std::int32_t position, std::string_view text,
                               int L);

@@ -5,6 +5,7 @@
 #include "platform/code_page.h"
 #include "storage/cell_primitives.h"
 #include "storage/chain_array.h"
+#include "storage/field_slots.h"
 #include "storage/matrix.h"
 
 namespace orv::storage {
@@ -17,14 +18,6 @@ using platform::RunTimeError;
 namespace {
 
 constexpr int kGreatestFields = std::numeric_limits<std::int16_t>::max();
-
-void WriteSlot(File& nm, std::int32_t chain, std::int64_t f, std::int32_t descriptor) {
-  nm.WriteInt32(ReadChainEntry(nm, chain, f, kPointerBytes, false).position, descriptor);
-}
-
-void SetFieldCount(File& nm, std::int32_t matrix, std::int16_t n) {
-  nm.WriteInt16(std::int64_t{FieldTablePosition(nm, matrix)} + layout::field_table::kFields, n);
-}
 
 /// Refuses a location whose field table cannot be changed: no matrix (255), a dBASE III table (70).
 bool CanChangeFields(const Location& at, ErrorCode& error) {
@@ -85,8 +78,8 @@ void FieldClass::SvrCmdAddFields(const std::wstring& pth, std::int16_t numOfFiel
   }
   if (f < 1) f = 1;
   if (f > n) f = static_cast<std::int16_t>(n + 1);
+  caches_.ResetCaches(4);  // first, for whatever comes of the change
   InsertFields(at, n, numOfFields, f);
-  caches_.ResetCaches(4);
 }
 
 /// New fields `f` to `f + count - 1`. When `f` equals `n` nothing moves: field n's own descriptor
@@ -95,20 +88,23 @@ void FieldClass::InsertFields(const Location& at, std::int16_t n, std::int16_t c
                               std::int16_t f) {
   File& nm = *at.file;
   const auto total = static_cast<std::int16_t>(n + count);
-  if (FieldTablePosition(nm, at.position) < 1) CreateFieldTable(nm, at.position, count);
-  const std::int32_t chain = FieldChain(nm, at.position);
-  GrowChain(nm, chain, total, kPointerBytes);
-  if (f < n) {
-    MoveChainEntries(nm, chain, f, n - f + 1, count, kPointerBytes);
-    for (int slot = f; slot < f + count; ++slot) WriteSlot(nm, chain, slot, 0);
+  const bool isFirst = FieldTablePosition(nm, at.position) < 1;
+  const std::int32_t table = isFirst ? AppendFieldTable(nm, count)
+                                     : FieldChain(nm, at.position) - layout::field_table::kChain;
+  GrowChain(nm, table + layout::field_table::kChain, total, kPointerBytes);
+
+  std::vector<std::int32_t> slots = ReadFieldSlots(nm, table, f, n);
+  const std::int32_t reset = f == n ? slots.front() : 0;
+  if (reset > 0 && !nm.Contains(reset, layout::descriptor::kBytes)) {
+    Raise(RunTimeError::kSubscript);
   }
-  for (int field = f; field <= total; ++field) {
-    const bool isNew = field < f + count;
-    if (isNew || ReadChainEntry(nm, chain, field, kPointerBytes, false).value == 0) {
-      CreateFieldDescriptor(nm, at.position, static_cast<std::int16_t>(field), error_);
-    }
+  slots.insert(f == n ? slots.end() : slots.begin(), static_cast<std::size_t>(count), 0);
+  for (std::int32_t& slot : slots) {
+    if (slot < 1) slot = AppendFieldDescriptor(nm);
   }
-  SetFieldCount(nm, at.position, total);
+  StoreFieldSlots(nm, table, {f, std::move(slots), n, total});
+  if (reset > 0) ResetFieldDescriptor(nm, reset);
+  if (isFirst) SetFieldTable(nm, at.position, table);
 }
 
 void FieldClass::SvrCmdDelFld(const std::wstring& pth, std::int16_t f) {
@@ -120,13 +116,11 @@ void FieldClass::SvrCmdDelFld(const std::wstring& pth, std::int16_t f) {
     error_.Set(code::kBadArgument);
     return;
   }
-  const std::int32_t chain = FieldChain(nm, at.position);
-  for (int field = f; field < n; ++field) {
-    WriteSlot(nm, chain, field, ReadChainEntry(nm, chain, field + 1, kPointerBytes, false).value);
-  }
-  WriteSlot(nm, chain, n, 0);
-  SetFieldCount(nm, at.position, static_cast<std::int16_t>(n - 1));
-  caches_.ResetCaches(4);
+  const std::int32_t table = FieldChain(nm, at.position) - layout::field_table::kChain;
+  std::vector<std::int32_t> slots = ReadFieldSlots(nm, table, f + 1, n);
+  slots.push_back(0);
+  caches_.ResetCaches(4);  // first, for whatever comes of the change
+  StoreFieldSlots(nm, table, {f, std::move(slots), n, static_cast<std::int16_t>(n - 1)});
 }
 
 std::int32_t FieldClass::SvrFields(const std::wstring& p) {

@@ -35,8 +35,7 @@ FieldData::FieldData(File& file, std::int32_t matrix, std::int32_t descriptor, T
 }
 
 void FieldData::Allocate(std::int32_t count) {
-  start_ = AppendChainBlock(file_, count, width_);
-  Fill(1, count);
+  start_ = AppendChainBlock(file_, count, width_, empty_);
   file_.WriteInt32(descriptor_, start_);
 }
 
@@ -47,8 +46,7 @@ void FieldData::Grow(std::int32_t used, std::int32_t count) {
   const std::int64_t present = ChainLength(file_, start_, width_);
   if (present >= count) return;
   AddFixedRecords(static_cast<std::int32_t>(present) + 1, start_,
-                  count - static_cast<std::int32_t>(present), file_, style_.cellSize);
-  Fill(present + 1, count - present);
+                  count - static_cast<std::int32_t>(present), file_, style_.cellSize, empty_);
 }
 
 /// An index is one contiguous block: a larger one, with room to spare, takes its place.

@@ -30,6 +30,20 @@ std::string NewDescriptor() {
   return bytes;
 }
 
+/// Appends the bytes of a matrix header, with its title, that will stand at `position`.
+void AppendMatrixHeader(std::string& bytes, std::int32_t position, std::int16_t code,
+                        std::string_view title, std::int16_t headerWord) {
+  using namespace layout::matrix;
+  const std::int64_t titlePosition = std::int64_t{position} + kHeaderBytes;
+  if (titlePosition > platform::kGreatestLength) Raise(RunTimeError::kOverflow);
+  std::string header(kHeaderBytes, '\0');
+  PatchInteger(header, kCode, code);
+  PatchInteger(header, kTitle, static_cast<std::int32_t>(titlePosition));
+  PatchInteger(header, kHeaderWord, headerWord);
+  bytes += header;
+  AppendTextPieces(bytes, titlePosition, title, layout::kLongLengthBytes);
+}
+
 /// The descriptor's position, which comes from the file: raises 9 when it leads outside.
 std::int32_t Checked(const File& file, std::int32_t descriptor) {
   if (descriptor > 0 && !file.Contains(descriptor, layout::descriptor::kBytes)) {
@@ -55,34 +69,37 @@ void CreateContainer(File& file, std::string_view title) {
   using namespace layout::file;
   std::string header("\x01\x00\x01\x20\x20\x20\x20", 7);
   header.append(kMagic).append(kBanner);
-  file.Write(1, header);
   const auto root = static_cast<std::int32_t>(header.size()) + kRootGap;
-  CreateMatrixHeader(file, root, layout::matrix::kPlainCode, title,
+  PatchInteger(header, kRootPointer - 1, root);
+  header.resize(static_cast<std::size_t>(root - 1), '\0');
+  AppendMatrixHeader(header, root, layout::matrix::kPlainCode, title,
                      layout::matrix::kHeaderWordValue);
-  file.WriteInt32(kRootPointer, root);
+  file.Write(1, header);  // in one write: a file is a whole container or none
 }
 
 void CreateMatrixHeader(File& file, std::int32_t position, std::int16_t code,
                         std::string_view title, std::int16_t headerWord) {
-  using namespace layout::matrix;
-  const std::int64_t titlePosition = std::int64_t{position} + kHeaderBytes;
-  if (titlePosition > platform::kGreatestLength) Raise(RunTimeError::kOverflow);
-  std::string bytes(kHeaderBytes, '\0');
-  PatchInteger(bytes, kCode, code);
-  PatchInteger(bytes, kTitle, static_cast<std::int32_t>(titlePosition));
-  PatchInteger(bytes, kHeaderWord, headerWord);
-  AppendTextPieces(bytes, titlePosition, title, layout::kLongLengthBytes);
+  std::string bytes;
+  AppendMatrixHeader(bytes, position, code, title, headerWord);
   file.Write(position, bytes);
 }
 
-void CreateFieldTable(File& file, std::int32_t matrix, std::int16_t n) {
+std::int32_t AppendFieldTable(File& file, std::int16_t n) {
   std::string bytes(layout::field_table::kChain, '\0');
   PatchInteger(bytes, layout::field_table::kFields, n);
   AppendInteger(bytes, std::int32_t{n});
   bytes.append(static_cast<std::size_t>(n) * layout::kPointerBytes + layout::kPointerBytes, '\0');
   const std::int32_t block = EndOfFile(file);
   file.Write(block, bytes);
-  file.WriteInt32(std::int64_t{matrix} + layout::matrix::kFieldTable, block);
+  return block;
+}
+
+void SetFieldTable(File& file, std::int32_t matrix, std::int32_t table) {
+  file.WriteInt32(std::int64_t{matrix} + layout::matrix::kFieldTable, table);
+}
+
+void CreateFieldTable(File& file, std::int32_t matrix, std::int16_t n) {
+  SetFieldTable(file, matrix, AppendFieldTable(file, n));
 }
 
 std::int32_t FieldTablePosition(const File& file, std::int32_t matrix) {
@@ -116,6 +133,17 @@ std::int32_t DescriptorWalk::Next() {
   return descriptor;
 }
 
+std::int32_t AppendFieldDescriptor(File& file) {
+  const std::int32_t position = EndOfFile(file);
+  file.Write(position, NewDescriptor());
+  return position;
+}
+
+void ResetFieldDescriptor(File& file, std::int32_t descriptor) {
+  Checked(file, descriptor);
+  file.Write(descriptor, NewDescriptor());
+}
+
 void CreateFieldDescriptor(File& file, std::int32_t matrix, std::int16_t f, ErrorCode& error) {
   if (f == 0) {
     error.Set(code::kBadArgument);
@@ -125,14 +153,8 @@ void CreateFieldDescriptor(File& file, std::int32_t matrix, std::int16_t f, Erro
   if (table < 1) Raise(RunTimeError::kInvalidCall);
   const ChainEntry slot =
       ReadChainEntry(file, table + layout::field_table::kChain, f, layout::kPointerBytes, false);
-  if (slot.value > 0) {
-    if (!file.Contains(slot.value, layout::descriptor::kBytes)) Raise(RunTimeError::kSubscript);
-    file.Write(slot.value, NewDescriptor());
-    return;
-  }
-  const std::int32_t position = EndOfFile(file);
-  file.Write(position, NewDescriptor());
-  file.WriteInt32(slot.position, position);
+  if (slot.value > 0) return ResetFieldDescriptor(file, slot.value);
+  file.WriteInt32(slot.position, AppendFieldDescriptor(file));
 }
 
 std::int32_t ContainerRecordCount(const File& file, std::int32_t matrix) {

@@ -22,6 +22,11 @@ void CreateContainer(platform::File& file, std::string_view title);
 void CreateMatrixHeader(platform::File& file, std::int32_t position, std::int16_t code,
                         std::string_view title, std::int16_t headerWord);
 
+/// Appends a field table block for `n` fields, their slots empty, and returns its position; nothing
+/// refers to it yet.
+std::int32_t AppendFieldTable(platform::File& file, std::int16_t n);
+/// Stores the position of a field table block in the matrix header.
+void SetFieldTable(platform::File& file, std::int32_t matrix, std::int32_t table);
 /// Appends a field table block for `n` fields and stores its position in the matrix header.
 void CreateFieldTable(platform::File& file, std::int32_t matrix, std::int16_t n);
 
@@ -54,6 +59,10 @@ class DescriptorWalk {
   int next_ = 1;
 };
 
+/// Appends a fresh descriptor and returns its position; nothing refers to it yet.
+std::int32_t AppendFieldDescriptor(platform::File& file);
+/// Makes a present descriptor a fresh one; raises 9 when it does not lie inside the file.
+void ResetFieldDescriptor(platform::File& file, std::int32_t descriptor);
 /// Writes a fresh descriptor for field `f`: appended when the field has none, else over the present
 /// one. A field number of 0 sets the error code 255 and writes nothing; a matrix without a field
 /// table raises 5, a field beyond the table 9.

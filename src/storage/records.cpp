@@ -51,8 +51,9 @@ void InsertRecords(std::int32_t matrix, std::int32_t quantity, std::int32_t posi
       data.Allocate(std::max(position, quantity));
     }
   }
-  for (FieldData& data : moving) data.MoveUp(position, n - position + 1, quantity);
+  // The count comes before the moves: an entry that has moved up is never behind the last record.
   SetRecordCount(file, matrix, n + quantity);
+  for (FieldData& data : moving) data.MoveUp(position, n - position + 1, quantity);
 }
 
 void MakeRoom(std::int32_t matrix, std::int32_t descriptor, File& file, TypeTables& types) {

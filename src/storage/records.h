@@ -13,7 +13,8 @@ namespace orv::storage {
 /// count n becomes n + 1; at position n itself nothing moves, so the new records follow record n. A
 /// position below 1 sets 255, a matrix without fields 5; a quantity below 1 or matrix -1 does
 /// nothing. More records than an int32 counts raise 6. All data is grown before anything moves, so
-/// an insertion that fails for want of room leaves every record where it was.
+/// an insertion that fails for want of room leaves every record where it was. Then the count is
+/// stored, and the entries move, the highest first: one that is interrupted has lost nothing.
 void InsertRecords(std::int32_t matrix, std::int32_t quantity, std::int32_t position,
                    platform::File& file, TypeTables& types, ErrorCode& error);
 
