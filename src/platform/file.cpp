@@ -29,6 +29,7 @@ File::File(std::unique_ptr<Mapping> mapping)
     : mapping_(std::move(mapping)),
       base_(mapping_->base()),
       length_(mapping_->size()),
+      mapped_(length_),
       opening_(NextOpening()) {}
 
 File::~File() { Settle(); }
@@ -41,7 +42,8 @@ void File::Settle() noexcept {
 
 void File::FollowMapping() noexcept {
   base_ = mapping_->base();
-  length_ = std::min(length_, mapping_->size());
+  mapped_ = mapping_->size();
+  length_ = std::min(length_, mapped_);
 }
 
 std::string_view File::ClippedView(std::int64_t position, std::int64_t count) const {
@@ -72,25 +74,22 @@ void File::Grow(std::int64_t position, std::int64_t count) {
   if (position < 1 || count < 0) Raise(RunTimeError::kSubscript);
   if (position - 1 > kGreatestLength - count) Raise(RunTimeError::kOverflow);
   const std::int64_t needed = position - 1 + count;
-  if (needed > mapping_->size()) {
-    try {
-      mapping_->Extend(WithStep(needed));
-    } catch (const RunTimeFailure& failure) {
-      FollowMapping();
-      if (failure.number() != RunTimeError::kDiskFull) throw;
-      mapping_->Extend(needed);  // near a full disk the step shrinks to what is needed
-    }
-    extended_ = true;
-    base_ = mapping_->base();
+  try {
+    mapping_->Extend(WithStep(needed));
+  } catch (const RunTimeFailure& failure) {
+    FollowMapping();
+    if (failure.number() != RunTimeError::kDiskFull) throw;
+    mapping_->Extend(needed);  // near a full disk the step shrinks to what is needed
   }
-  length_ = needed;
+  extended_ = true;
+  FollowMapping();
 }
 
 void File::RefreshLength() {
   if (extended_) return;  // the file is ours to grow; its end is where we put it
   mapping_->Refresh();
-  base_ = mapping_->base();
-  length_ = mapping_->size();
+  FollowMapping();
+  length_ = mapped_;
 }
 
 File& NumberedFiles::Open(int number, const std::wstring& path) {

@@ -65,6 +65,14 @@ class File {
   void WriteInt16(std::int64_t position, std::int16_t value) { WriteInteger(position, value); }
   void WriteInt32(std::int64_t position, std::int32_t value) { WriteInteger(position, value); }
   void WriteZeros(std::int64_t position, std::int64_t count) { Fill(position, count, 0); }
+  /// Makes the file reach to the end of the range; the bytes that it gains are zeros.
+  void Reach(std::int64_t position, std::int64_t count) { Prepare(position, count); }
+  /// Has `store` put the bytes of the range in place; it is given where the first of them goes.
+  template <typename Store>
+  void Compose(std::int64_t position, std::int64_t count, Store store) {
+    Prepare(position, count);
+    store(base_ + position - 1);
+  }
   void Fill(std::int64_t position, std::int64_t count, char value);
   /// Moves `count` existing bytes within the file; the ranges may overlap.
   void Move(std::int64_t from, std::int64_t to, std::int64_t count);
@@ -99,8 +107,11 @@ class File {
   std::string_view ClippedView(std::int64_t position, std::int64_t count) const;
   /// Makes the range writable, growing the file when it ends before the range does.
   void Prepare(std::int64_t position, std::int64_t count) {
-    if (!Contains(position, count)) Grow(position, count);
+    if (Contains(position, count)) return;
+    if (position < 1 || count < 0 || count > mapped_ - (position - 1)) Grow(position, count);
+    length_ = position - 1 + count;
   }
+  /// Extends the mapping, so that the range lies inside it.
   void Grow(std::int64_t position, std::int64_t count);
   /// Takes notice of where the mapping lies after a change of its size.
   void FollowMapping() noexcept;
@@ -109,6 +120,7 @@ class File {
   std::unique_ptr<FileMemory> memory_;
   char* base_;
   std::int64_t length_;
+  std::int64_t mapped_;  ///< bytes that can be touched: the length and the room behind it
   std::uint64_t opening_;
   bool extended_ = false;
 };

@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "platform/file.h"
+#include "storage/layout.h"
 
 namespace orv::storage {
 
@@ -31,23 +32,39 @@ class ChainBlocks {
     return inLast ? last_ : FindElsewhere(file, k);
   }
 
-  /// Takes in a block that was just appended to the chain, whose former last block was found here.
-  void Follow(const platform::File& file) { Extend(file, last_.first + last_.count); }
+  /// Takes in a block of `count` entries that was just appended to the chain, whose former last
+  /// block was found here.
+  void Follow(std::int32_t position, std::int64_t count) {
+    Enter({position, last_.first + last_.count, count});
+  }
 
  private:
+  struct Known {
+    std::int32_t position;
+    std::int32_t before;  ///< entries in front of the block
+  };
+
   Block FindElsewhere(const platform::File& file, std::int64_t k);
   Block Read(const platform::File& file, std::size_t index) const;
   /// Follows the chain from the last known block until a block holds entry `k` or the chain ends.
-  Block Extend(const platform::File& file, std::int64_t k);
+  void Extend(const platform::File& file, std::int64_t k);
+  /// Takes in a block that the file says is there.
   void Append(const platform::File& file, std::int32_t position, std::int64_t first);
+  void Enter(const Block& block) {
+    bytes_ += BytesOf(block.count);
+    known_.push_back({block.position, static_cast<std::int32_t>(block.first - 1)});
+    last_ = block;
+  }
   std::size_t IndexOf(std::int64_t k) const;
-  std::int64_t First(std::size_t index) const { return std::int64_t{firsts_[index]} + 1; }
+  std::int64_t First(std::size_t index) const { return std::int64_t{known_[index].before} + 1; }
+  std::int64_t BytesOf(std::int64_t count) const {
+    return layout::kChainHeadBytes + count * entryBytes_ + layout::kPointerBytes;
+  }
 
   std::int32_t start_;
   std::int32_t entryBytes_;
-  std::vector<std::int32_t> positions_;
-  std::vector<std::int32_t> firsts_;  ///< entries in front of the block
-  Block last_;                        ///< the last block met; blocks keep their size
+  std::vector<Known> known_;
+  Block last_;              ///< the last block met; blocks keep their size
   std::int64_t bytes_ = 0;  ///< of all known blocks together: a chain longer than its file loops
 };
 
@@ -65,7 +82,7 @@ class ChainDirectory final : public platform::FileMemory {
   ChainBlocks& Blocks(std::int32_t start, std::int32_t entryBytes) {
     const std::uint64_t key = (std::uint64_t{static_cast<std::uint32_t>(start)} << 32) |
                               static_cast<std::uint32_t>(entryBytes);
-    Recent& recent = recent_[(key ^ key >> 32) % kRecent];
+    Recent& recent = recent_[(key * kSpread) >> kSpreadShift];
     if (recent.blocks == nullptr || recent.key != key) {
       recent = {key, &arrays_.try_emplace(key, start, entryBytes).first->second};
     }
@@ -78,7 +95,9 @@ class ChainDirectory final : public platform::FileMemory {
     std::uint64_t key = 0;
     ChainBlocks* blocks = nullptr;
   };
-  static constexpr std::size_t kRecent = 61;  ///< a prime: starts are often evenly spaced
+  static constexpr std::size_t kRecent = 64;
+  static constexpr std::uint64_t kSpread = 0x9E3779B97F4A7C15;  ///< makes the upper bits differ
+  static constexpr int kSpreadShift = 58;                       ///< leaves an index below kRecent
 
   std::unordered_map<std::uint64_t, ChainBlocks> arrays_;
   IndexRoom indexRoom_;
