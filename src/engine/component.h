@@ -19,7 +19,7 @@ namespace orv::engine {
 /// ports. Every `Engine` object is a handle on it.
 class Component {
  public:
-  static Component& Instance();
+  static Component& Instance() { return instance_ != nullptr ? *instance_ : Create(); }
 
   storage::Storage storage;
   LanguageServices language;
@@ -27,10 +27,13 @@ class Component {
   query::Search search;
   query::SortClass sort;
   RoomServices services;
-  std::string cellText;  ///< the text being written; its room is used again by the next write
+  std::string cellText;  ///< room for the text being written
 
  private:
   Component();
+  static Component& Create();
+
+  static Component* instance_;  ///< nullptr until it is first asked for
 
   exchange::DbaseTables dbase_;
   query::FilterBuilder filterBuilder_;

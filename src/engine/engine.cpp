@@ -92,8 +92,8 @@ std::int32_t Engine::Fields(std::wstring& p) {
 
 void Engine::SetCellValue(std::wstring& v, std::wstring& p, std::int32_t& Rec, std::int16_t& Fld) {
   CallMember([&](Component& component) {
-    ToBytes(v, component.cellText);
-    component.storage.cells.SvrSetCellValue(component.cellText, p, Rec, Fld);
+    const std::string_view text = ToBytes(v, component.cellText);
+    component.storage.cells.SvrSetCellValue(text, p, Rec, Fld);
   });
 }
 
@@ -107,9 +107,8 @@ void Engine::CmdAddRecord(std::wstring& Pth, std::int32_t& Number, std::int32_t&
 std::wstring Engine::GetCellValue(std::wstring& p, std::int32_t& Rec, std::int16_t& Fld,
                                   Boolean& isMtx, Boolean& Frml) {
   bool holdsMatrix = false;
-  std::wstring text;
-  CallMember([&](Component& component) {
-    text = ToWide(component.storage.cells.SvrGetCellValue(p, Rec, Fld, holdsMatrix, IsTrue(Frml)));
+  std::wstring text = CallMember(std::wstring(), [&](Component& component) {
+    return ToWide(component.storage.cells.SvrGetCellValue(p, Rec, Fld, holdsMatrix, IsTrue(Frml)));
   });
   isMtx = ToBoolean(holdsMatrix);
   return text;

@@ -1,9 +1,12 @@
 #include "platform/code_page.h"
 
+#include <algorithm>
 #include <array>
+#include <bit>
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
+#include <type_traits>
 
 namespace orv::platform {
 namespace {
@@ -91,44 +94,94 @@ bool IsSecondHalf([[maybe_unused]] std::wstring_view wide, [[maybe_unused]] std:
   }
 }
 
-/// Most text is ASCII, which both codes share; it is converted by groups of characters.
-constexpr std::size_t kGroup = 8;
+// Most text is ASCII, which both codes share. It is converted by groups of 16, 8 or 4 characters,
+// by the size of the text; the last group may overlap the one before.
 
-bool IsAscii(const char* group) {
-  std::uint64_t bytes = 0;
-  static_assert(sizeof bytes == kGroup);
-  std::memcpy(&bytes, group, sizeof bytes);
-  return (bytes & 0x8080808080808080U) == 0;
+/// Calls `convert` with the size (as a type) and the offset of each group. False as soon as it
+/// gives false, and for a text shorter than all groups.
+template <std::size_t kCount, typename Convert>
+bool ForGroupsOf(std::size_t size, Convert convert) {
+  const std::size_t last = size - kCount;
+  for (std::size_t at = 0;; at = std::min(at + kCount, last)) {
+    if (!convert(std::integral_constant<std::size_t, kCount>(), at)) return false;
+    if (at == last) return true;
+  }
+}
+
+template <typename Convert>
+bool ForGroups(std::size_t size, Convert convert) {
+  if (size >= 16) return ForGroupsOf<16>(size, convert);
+  if (size >= 8) return ForGroupsOf<8>(size, convert);
+  return size >= 4 && ForGroupsOf<4>(size, convert);
+}
+
+template <typename Word>
+Word LoadWord(const void* from) {
+  Word word = 0;
+  std::memcpy(&word, from, sizeof word);
+  return word;
+}
+
+template <std::size_t kCount>
+bool IsAsciiGroup(const char* group) {
+  using Word = std::conditional_t<kCount == 4, std::uint32_t, std::uint64_t>;
+  Word all = 0;
+#pragma GCC unroll 2
+  for (std::size_t i = 0; i < kCount; i += sizeof(Word)) all |= LoadWord<Word>(group + i);
+  return (all & static_cast<Word>(0x8080808080808080U)) == 0;
+}
+
+template <std::size_t kCount>
+bool IsAsciiGroup(const wchar_t* group) {
+  constexpr std::uint64_t kNotAscii =
+      sizeof(wchar_t) == 4 ? 0xFFFFFF80FFFFFF80U : 0xFF80FF80FF80FF80U;
+  constexpr std::size_t kInWord = sizeof(std::uint64_t) / sizeof(wchar_t);
+  std::uint64_t all = 0;
+#pragma GCC unroll 8
+  for (std::size_t i = 0; i < kCount; i += kInWord) all |= LoadWord<std::uint64_t>(group + i);
+  return (all & kNotAscii) == 0;
 }
 
 /// Stores a group of bytes as wide characters; false, with nothing stored, when one is not ASCII.
+template <std::size_t kCount>
 bool WidenAscii(const char* group, wchar_t* wide) {
-  if (!IsAscii(group)) return false;
-  for (std::size_t i = 0; i < kGroup; ++i) wide[i] = static_cast<wchar_t>(group[i]);
+  if (!IsAsciiGroup<kCount>(group)) return false;
+  std::array<unsigned char, kCount> bytes;  // a copy, which `wide` cannot overlap
+  std::memcpy(bytes.data(), group, kCount);
+  for (std::size_t i = 0; i < kCount; ++i) wide[i] = static_cast<wchar_t>(bytes[i]);
+  return true;
+}
+
+/// Stores a group of wide characters as bytes; false, with nothing stored, when one is not ASCII.
+template <std::size_t kCount>
+bool NarrowAscii(const wchar_t* group, char* bytes) {
+  if (!IsAsciiGroup<kCount>(group)) return false;
+  std::array<char, kCount> narrow;  // a copy, which `group` cannot overlap
+  for (std::size_t i = 0; i < kCount; ++i) narrow[i] = static_cast<char>(group[i]);
+  std::memcpy(bytes, narrow.data(), kCount);
   return true;
 }
 
 /// Stores the wide characters of the bytes.
 void Widen(std::string_view bytes, wchar_t* wide) {
-  const char* from = bytes.data();
-  const std::size_t size = bytes.size();
-  std::size_t i = 0;
-  while (size - i >= kGroup && WidenAscii(from + i, wide + i)) i += kGroup;
-  // The rest of a longer text is the end of its last group.
-  const bool endsInGroup = size >= kGroup && size - i < kGroup;
-  if (endsInGroup && WidenAscii(from + size - kGroup, wide + size - kGroup)) return;
-  for (; i < size; ++i) wide[i] = ToWide(from[i]);
+  const bool done = ForGroups(bytes.size(), [&](auto count, std::size_t at) {
+    return WidenAscii<count>(bytes.data() + at, wide + at);
+  });
+  if (done) return;
+  for (const char byte : bytes) *wide++ = ToWide(byte);
 }
 
-/// Stores a group of wide characters as bytes; false, with nothing stored, when one is not ASCII.
-bool NarrowAscii(const wchar_t* group, char* bytes) {
-  wchar_t all = 0;
-  for (std::size_t i = 0; i < kGroup; ++i) all |= group[i];
-  if (IndexOf(all) >= 0x80) return false;
-  std::uint64_t packed = 0;
-  for (std::size_t i = kGroup; i-- > 0;) packed = packed << 8 | IndexOf(group[i]);
-  std::memcpy(bytes, &packed, sizeof packed);
-  return true;
+/// Stores the bytes of the wide characters and returns how many they are.
+std::size_t Narrow(std::wstring_view wide, char* bytes) {
+  const bool done = ForGroups(wide.size(), [&](auto count, std::size_t at) {
+    return NarrowAscii<count>(wide.data() + at, bytes + at);
+  });
+  if (done) return wide.size();
+  std::size_t count = 0;
+  for (std::size_t i = 0; i < wide.size(); ++i) {
+    if (!IsSecondHalf(wide, i)) bytes[count++] = ToByte(wide[i]);
+  }
+  return count;
 }
 
 template <typename Char>
@@ -145,6 +198,26 @@ std::basic_string_view<Char> TrimEnd(std::basic_string_view<Char> text) {
   return text.substr(0, end);
 }
 
+/// Takes blanks off the end word by word; true when none is left there. Cells of fixed width end in
+/// many.
+template <typename Word>
+bool TrimWords(std::string_view& text) {
+  constexpr int kByteBits = 8;
+  constexpr auto kBlanks = static_cast<Word>(0x2020202020202020U);
+  while (text.size() >= sizeof(Word)) {
+    const auto end = LoadWord<Word>(text.data() + text.size() - sizeof(Word));
+    const int blankBits = std::countl_zero(static_cast<Word>(end ^ kBlanks));
+    text.remove_suffix(static_cast<std::size_t>(blankBits / kByteBits));
+    if (end != kBlanks) return true;
+  }
+  return false;
+}
+
+std::string_view TrimEnd(std::string_view text) {
+  if (TrimWords<std::uint64_t>(text) || TrimWords<std::uint32_t>(text)) return text;
+  return TrimEnd<char>(text);
+}
+
 }  // namespace
 
 wchar_t ToWide(char byte) noexcept { return static_cast<wchar_t>(kWide[IndexOf(byte)]); }
@@ -158,9 +231,10 @@ char ToByte(wchar_t wide) noexcept {
 }
 
 bool IsAscii(std::string_view bytes) noexcept {
-  for (; bytes.size() >= kGroup; bytes.remove_prefix(kGroup)) {
-    if (!IsAscii(bytes.data())) return false;
-  }
+  const bool isAscii = ForGroups(bytes.size(), [&](auto count, std::size_t at) {
+    return IsAsciiGroup<count>(bytes.data() + at);
+  });
+  if (isAscii) return true;
   unsigned all = 0;
   for (const char byte : bytes) all |= static_cast<unsigned char>(byte);
   return all < 0x80;
@@ -171,20 +245,9 @@ void ToWide(std::string_view bytes, std::wstring& wide) {
   Widen(bytes, wide.data());
 }
 
-void ToBytes(std::wstring_view wide, std::string& bytes) {
-  bytes.resize(wide.size());
-  std::size_t count = 0;
-  while (wide.size() - count >= kGroup && NarrowAscii(&wide[count], &bytes[count])) {
-    count += kGroup;
-  }
-  for (std::size_t i = count; i < wide.size(); ++i) {
-    if (IndexOf(wide[i]) < 0x80) {
-      bytes[count++] = static_cast<char>(wide[i]);
-    } else if (!IsSecondHalf(wide, i)) {
-      bytes[count++] = ToByte(wide[i]);
-    }
-  }
-  bytes.resize(count);
+std::string_view ToBytes(std::wstring_view wide, std::string& room) {
+  if (room.size() < wide.size()) room.resize(wide.size());
+  return {room.data(), Narrow(wide, room.data())};
 }
 
 std::wstring ToWide(std::string_view bytes) {
@@ -194,8 +257,8 @@ std::wstring ToWide(std::string_view bytes) {
 }
 
 std::string ToBytes(std::wstring_view wide) {
-  std::string bytes;
-  ToBytes(wide, bytes);
+  std::string bytes(wide.size(), '\0');
+  bytes.resize(Narrow(wide, bytes.data()));
   return bytes;
 }
 

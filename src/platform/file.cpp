@@ -12,6 +12,9 @@ constexpr std::int64_t kSmallestStep = std::int64_t{64} * 1024;
 constexpr std::int64_t kGreatestStep = std::int64_t{16} * 1024 * 1024;
 /// A growing file reserves an eighth of its length ahead, so that reserving costs little per byte.
 constexpr std::int64_t kStepShare = 8;
+/// New bytes are made ready by pieces: great ones, but not for a host that adds a cell or two.
+constexpr std::int64_t kSmallPiece = std::int64_t{4} * 1024;
+constexpr std::int64_t kGreatPiece = std::int64_t{64} * 1024;
 
 std::uint64_t NextOpening() {
   static std::uint64_t last = 0;
@@ -29,6 +32,9 @@ File::File(std::unique_ptr<Mapping> mapping)
     : mapping_(std::move(mapping)),
       base_(mapping_->base()),
       length_(mapping_->size()),
+      mapped_(length_),
+      ready_(length_),
+      grownFrom_(length_),
       opening_(NextOpening()) {}
 
 File::~File() {
@@ -44,13 +50,22 @@ void File::Settle() noexcept {
 
 void File::FollowMapping() noexcept {
   base_ = mapping_->base();
-  length_ = std::min(length_, mapping_->size());
+  mapped_ = mapping_->size();
+  length_ = std::min(length_, mapped_);
+  ready_ = std::min(ready_, mapped_);
 }
 
 std::string_view File::ClippedView(std::int64_t position, std::int64_t count) const {
   if (position < 1 || position > length_ || count < 1) return {};
   const std::int64_t existing = std::min(count, length_ - (position - 1));
   return {base_ + position - 1, static_cast<std::size_t>(existing)};
+}
+
+std::uint32_t File::ClippedInteger(std::int64_t position, std::int64_t count) const {
+  std::uint32_t value = 0;
+  const std::string_view bytes = ClippedView(position, count);
+  if (!bytes.empty()) std::memcpy(&value, bytes.data(), bytes.size());
+  return value;
 }
 
 void File::Write(std::int64_t position, std::string_view bytes) {
@@ -76,18 +91,30 @@ void File::Grow(std::int64_t position, std::int64_t count) {
   if (position < 1 || count < 0) Raise(RunTimeError::kSubscript);
   if (position - 1 > kGreatestLength - count) Raise(RunTimeError::kOverflow);
   const std::int64_t needed = position - 1 + count;
-  if (needed > mapping_->size()) {
-    try {
-      ExtendMapping(WithStep(needed));
-    } catch (const RunTimeFailure& failure) {
-      FollowMapping();
-      if (failure.number() != RunTimeError::kDiskFull) throw;
-      ExtendMapping(needed);  // near a full disk the step shrinks to what is needed
-    }
-    extended_ = true;
-    base_ = mapping_->base();
-  }
+  if (needed > mapped_) ExtendTo(needed);
+  if (needed > ready_) MakeReady(needed);
   length_ = needed;
+}
+
+void File::MakeReady(std::int64_t needed) {
+  const bool growsOn = needed - grownFrom_ > kGreatPiece;
+  const std::int64_t piece = growsOn ? kGreatPiece : kSmallPiece;
+  const std::int64_t from = std::max(ready_, length_);
+  ready_ = std::min((needed + piece - 1) / piece * piece, mapped_);
+  mapping_->MakeReady(from, ready_ - from);
+}
+
+void File::ExtendTo(std::int64_t needed) {
+  if (!extended_) grownFrom_ = length_;
+  try {
+    ExtendMapping(WithStep(needed));
+  } catch (const RunTimeFailure& failure) {
+    FollowMapping();
+    if (failure.number() != RunTimeError::kDiskFull) throw;
+    ExtendMapping(needed);  // near a full disk the step shrinks to what is needed
+  }
+  extended_ = true;
+  FollowMapping();
 }
 
 void File::ExtendMapping(std::int64_t size) {
@@ -98,8 +125,8 @@ void File::ExtendMapping(std::int64_t size) {
 void File::RefreshLength() {
   if (extended_) return;  // the file is ours to grow; its end is where we put it
   mapping_->Refresh();
-  base_ = mapping_->base();
-  length_ = mapping_->size();
+  FollowMapping();
+  length_ = mapped_;
 }
 
 File& NumberedFiles::Open(int number, const std::wstring& path) {

@@ -51,6 +51,10 @@ class File {
     if (Contains(position, count)) return {base_ + position - 1, static_cast<std::size_t>(count)};
     return ClippedView(position, count);
   }
+  /// Asks for the memory at the position, which will be read soon; does nothing else.
+  void Prefetch(std::int64_t position) const {
+    if (Contains(position, 1)) __builtin_prefetch(base_ + position - 1);
+  }
   std::uint8_t ByteAt(std::int64_t position) const { return IntegerAt<std::uint8_t>(position); }
   std::int16_t Int16At(std::int64_t position) const { return IntegerAt<std::int16_t>(position); }
   std::int32_t Int32At(std::int64_t position) const { return IntegerAt<std::int32_t>(position); }
@@ -74,6 +78,14 @@ class File {
   void WriteInt16(std::int64_t position, std::int16_t value) { WriteInteger(position, value); }
   void WriteInt32(std::int64_t position, std::int32_t value) { WriteInteger(position, value); }
   void WriteZeros(std::int64_t position, std::int64_t count) { Fill(position, count, 0); }
+  /// Makes the file reach to the end of the range; the bytes that it gains are zeros.
+  void Reach(std::int64_t position, std::int64_t count) { Prepare(position, count); }
+  /// Has `store` put the bytes of the range in place; it is given where the first of them goes.
+  template <typename Store>
+  void Compose(std::int64_t position, std::int64_t count, Store store) {
+    Prepare(position, count);
+    store(base_ + position - 1);
+  }
   void Fill(std::int64_t position, std::int64_t count, char value);
   /// Moves `count` existing bytes within the file; the ranges may overlap.
   void Move(std::int64_t from, std::int64_t to, std::int64_t count);
@@ -91,12 +103,11 @@ class File {
   template <typename Integer>
   Integer IntegerAt(std::int64_t position) const {
     Integer value = 0;
-    if (Contains(position, sizeof value)) {
-      std::memcpy(&value, base_ + position - 1, sizeof value);
-    } else {
-      const std::string_view bytes = ClippedView(position, sizeof value);
-      if (!bytes.empty()) std::memcpy(&value, bytes.data(), bytes.size());
+    // Nothing here may make the compiler keep the value in memory: reads follow one another.
+    if (!Contains(position, sizeof value)) [[unlikely]] {
+      return static_cast<Integer>(ClippedInteger(position, sizeof value));
     }
+    std::memcpy(&value, base_ + position - 1, sizeof value);
     return value;
   }
   template <typename Integer>
@@ -106,9 +117,12 @@ class File {
   }
 
   std::string_view ClippedView(std::int64_t position, std::int64_t count) const;
+  std::uint32_t ClippedInteger(std::int64_t position, std::int64_t count) const;
   /// Makes the range writable, growing the file when it ends before the range does.
   void Prepare(std::int64_t position, std::int64_t count) {
-    if (!Contains(position, count)) Grow(position, count);
+    if (!Contains(position, count)) [[unlikely]] {
+      Grow(position, count);
+    }
     BeforeStore();
   }
   /// Every store into the map comes after the ones before it: what a killed process leaves must be
@@ -118,7 +132,11 @@ class File {
     PassFaultPoint(FileOperation::kStore);
   }
   void Grow(std::int64_t position, std::int64_t count);
+  /// Extends the mapping, so that it has at least `needed` bytes.
+  void ExtendTo(std::int64_t needed);
   void ExtendMapping(std::int64_t size);
+  /// Prepares the bytes up to `needed`, and some more, for being touched for the first time.
+  void MakeReady(std::int64_t needed);
   /// Takes notice of where the mapping lies after a change of its size.
   void FollowMapping() noexcept;
 
@@ -126,6 +144,9 @@ class File {
   std::unique_ptr<FileMemory> memory_;
   char* base_;
   std::int64_t length_;
+  std::int64_t mapped_;     ///< bytes that can be touched: the length and the room behind it
+  std::int64_t ready_;      ///< of these, those whose first touch was prepared or is past
+  std::int64_t grownFrom_;  ///< the length before the first growth
   std::uint64_t opening_;
   bool extended_ = false;
 };

@@ -1,9 +1,7 @@
 #include "storage/cell_primitives.h"
 
-#include <array>
 #include <cstring>
 #include <optional>
-#include <tuple>
 
 #include "platform/code_page.h"
 #include "storage/bytes.h"
@@ -51,12 +49,19 @@ void SwitchToLongForm(std::int32_t p, std::int16_t& tp, std::string_view text, F
   nm.WriteInt32(ep, end);
 }
 
-/// The usual cell: code and one piece, in one write.
+/// The usual cell: code and one piece.
 void AppendShortCell(std::int32_t p, std::int16_t tp, std::string_view text, File& nm) {
-  std::array<char, layout::cell::kText + std::tuple_size_v<ShortPiece>> bytes;
-  std::memcpy(bytes.data(), &tp, sizeof tp);
-  const std::size_t piece = StoreShortPiece(text, bytes.data() + layout::cell::kText);
-  nm.Write(p, {bytes.data(), layout::cell::kText + piece});
+  nm.Compose(p, layout::cell::kText + ShortPieceBytes(text), [&](char* bytes) {
+    std::memcpy(bytes, &tp, sizeof tp);
+    StoreShortPiece(text, bytes + layout::cell::kText);
+  });
+}
+
+void AppendCell(std::int32_t p, std::int16_t tp, std::string_view text, File& nm) {
+  std::string bytes;
+  AppendInteger(bytes, tp);
+  AppendTextPieces(bytes, std::int64_t{p} + layout::cell::kText, text, LengthBytes(tp));
+  nm.Write(p, bytes);
 }
 
 void CreateCell(std::int32_t& p, std::int16_t& tp, std::string_view text, File& nm,
@@ -69,12 +74,26 @@ void CreateCell(std::int32_t& p, std::int16_t& tp, std::string_view text, File& 
   if (LengthBytes(tp) == layout::kShortLengthBytes && text.size() <= kShortPieceLimit) {
     AppendShortCell(p, tp, text, nm);
   } else {
-    std::string bytes;
-    AppendInteger(bytes, tp);
-    AppendTextPieces(bytes, std::int64_t{p} + layout::cell::kText, text, LengthBytes(tp));
-    nm.Write(p, bytes);
+    AppendCell(p, tp, text, nm);
   }
   nm.WriteInt32(ep, p);
+}
+
+/// Writes over the present cell at `p`.
+void Overwrite(std::int32_t p, std::int16_t& tp, std::string_view text, File& nm, std::int32_t ep) {
+  if (!nm.Contains(p, layout::cell::kText)) Raise(RunTimeError::kSubscript);
+  if (tp != 0) {
+    nm.WriteInt16(p, tp);
+  } else {
+    tp = nm.Int16At(p);
+  }
+  if (text.size() >= layout::cell::kShortTextLimit && !DecodeCellCode(tp).longForm && tp >= 0) {
+    return SwitchToLongForm(p, tp, text, nm, ep);
+  }
+  const std::int64_t inCell = std::int64_t{p} + layout::cell::kText;
+  const std::int32_t position = tp < 0 ? nm.Int32At(inCell) : static_cast<std::int32_t>(inCell);
+  if (position < 1) Raise(RunTimeError::kSubscript);
+  WriteChainedText(nm, position, text, LengthBytes(tp));
 }
 
 }  // namespace
@@ -102,27 +121,12 @@ std::string_view GetCell(std::int32_t p, const File& nm, std::int16_t& tp, std::
 
 void PutCell(std::int32_t& p, std::int16_t& tp, std::string_view cellValue, File& nm,
              std::int32_t ep) {
-  if (p == 0 && (tp >= 0)) {
-    const bool tooLong = tp != 0 && cellValue.size() >= layout::cell::kShortTextLimit &&
-                         LengthBytes(tp) == layout::kShortLengthBytes;
-    if (!tooLong) return CreateCell(p, tp, cellValue, nm, ep);
-    p = EndOfFile(nm);
-    return SwitchToLongForm(p, tp, cellValue, nm, ep);
-  }
-  if (!nm.Contains(p, layout::cell::kText)) Raise(RunTimeError::kSubscript);
-  if (tp != 0) {
-    nm.WriteInt16(p, tp);
-  } else {
-    tp = nm.Int16At(p);
-  }
-  if (cellValue.size() >= layout::cell::kShortTextLimit && !DecodeCellCode(tp).longForm &&
-      tp >= 0) {
-    return SwitchToLongForm(p, tp, cellValue, nm, ep);
-  }
-  const std::int64_t inCell = std::int64_t{p} + layout::cell::kText;
-  const std::int32_t text = tp < 0 ? nm.Int32At(inCell) : static_cast<std::int32_t>(inCell);
-  if (text < 1) Raise(RunTimeError::kSubscript);
-  WriteChainedText(nm, text, cellValue, LengthBytes(tp));
+  if (p != 0 || tp < 0) return Overwrite(p, tp, cellValue, nm, ep);
+  const bool tooLong = tp != 0 && cellValue.size() >= layout::cell::kShortTextLimit &&
+                       LengthBytes(tp) == layout::kShortLengthBytes;
+  if (!tooLong) return CreateCell(p, tp, cellValue, nm, ep);
+  p = EndOfFile(nm);
+  SwitchToLongForm(p, tp, cellValue, nm, ep);
 }
 
 std::string GetFixedData(std::int32_t rec, std::int32_t writePos, File& nm, std::int16_t cellSize,

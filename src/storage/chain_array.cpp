@@ -21,14 +21,9 @@ std::int64_t EntryPosition(const ChainBlocks::Block& block, std::int64_t k, std:
 }
 
 ChainBlocks::Block FindBlock(File& file, std::int32_t start, std::int64_t k, std::int32_t w) {
-  if (w < 1) Raise(RunTimeError::kSubscript);
-  const std::int64_t count = file.Int32At(start);
-  // The first block needs no directory: it is the whole array of every table that was loaded at
-  // once.
-  if (k >= 1 && k <= count && file.Contains(start, kChainHeadBytes + count * w + kPointerBytes)) {
-    return {start, 1, count};
-  }
-  return ChainDirectory::Of(file).Blocks(start, w).Find(file, k);
+  const std::int64_t count = FirstBlockEntries(file, start, w);
+  if (k >= 1 && k <= count) return {start, 1, count};
+  return ChainDirectory::Blocks(file, start, w).Find(file, k);
 }
 
 bool Holds(const ChainBlocks::Block& block, std::int64_t k) {
@@ -44,12 +39,12 @@ ChainEntry EntryAt(const File& file, std::int64_t position, std::int32_t w) {
 
 /// Appends a block that ends with entry `k` behind the last block; returns the entry's position
 /// less 4.
-std::int32_t AppendBlock(File& file, std::int32_t start, const ChainBlocks::Block& last,
-                         std::int64_t k, std::int32_t w, char fill) {
+inline std::int32_t AppendBlock(File& file, ChainBlocks& blocks, const ChainBlocks::Block& last,
+                                std::int64_t k, std::int32_t w, char fill) {
   const std::int64_t count = k - (last.first - 1 + last.count);
   const std::int32_t block = AppendChainBlock(file, count, w, fill);
   file.WriteInt32(EntryPosition(last, last.first + last.count, w), block);
-  ChainDirectory::Of(file).Blocks(start, w).Follow(file);
+  blocks.Follow(block, count);
   return static_cast<std::int32_t>(block + (count - 1) * w);
 }
 
@@ -63,7 +58,7 @@ std::int32_t EndOfFile(const File& file) {
 
 std::int32_t AppendChainBlock(File& file, std::int64_t count, std::int32_t w, char fill) {
   const std::int32_t block = EndOfFile(file);
-  file.WriteZeros(block, kChainHeadBytes + count * w + kPointerBytes);
+  file.Reach(block, kChainHeadBytes + count * w + kPointerBytes);  // what it gains is zeros
   file.WriteInt32(block, static_cast<std::int32_t>(count));
   if (fill != 0) file.Fill(std::int64_t{block} + kChainHeadBytes, count * w, fill);
   return block;
@@ -75,12 +70,11 @@ ChainEntry ReadChainEntry(File& file, std::int32_t start, std::int64_t k, std::i
   const ChainBlocks::Block block = FindBlock(file, start, k, w);
   if (Holds(block, k)) return EntryAt(file, EntryPosition(block, k, w), w);
   if (!mayGrow || k < 1) Raise(RunTimeError::kSubscript);
-  return {AppendBlock(file, start, block, k, w, 0), 0};
+  return {AppendBlock(file, ChainDirectory::Blocks(file, start, w), block, k, w, 0), 0};
 }
 
-ChainRun FindChainRun(File& file, std::int32_t start, std::int64_t k, std::int32_t w) {
-  if (start == 0 || k < 1) return {};
-  const ChainBlocks::Block block = FindBlock(file, start, k, w);
+ChainRun FindRunByDirectory(File& file, std::int32_t start, std::int64_t k, std::int32_t w) {
+  const ChainBlocks::Block block = ChainDirectory::Blocks(file, start, w).Find(file, k);
   if (!Holds(block, k)) return {};
   return {EntryPosition(block, k, w), block.first + block.count - k};
 }
@@ -92,9 +86,10 @@ std::int64_t ChainLength(File& file, std::int32_t start, std::int32_t w) {
 }
 
 void GrowChain(File& file, std::int32_t start, std::int64_t count, std::int32_t w, char fill) {
-  if (start == 0 || count < 1) return;
-  const ChainBlocks::Block block = FindBlock(file, start, count, w);
-  if (!Holds(block, count)) AppendBlock(file, start, block, count, w, fill);
+  if (start == 0 || count < 1 || count <= FirstBlockEntries(file, start, w)) return;
+  ChainBlocks& blocks = ChainDirectory::Blocks(file, start, w);
+  const ChainBlocks::Block block = blocks.Find(file, count);
+  if (!Holds(block, count)) AppendBlock(file, blocks, block, count, w, fill);
 }
 
 void MoveChainEntries(File& file, std::int32_t start, std::int64_t from, std::int64_t count,

@@ -9,6 +9,7 @@
 #include <cstdint>
 
 #include "platform/file.h"
+#include "storage/layout.h"
 
 namespace orv::storage {
 
@@ -33,9 +34,29 @@ struct ChainRun {
 ChainEntry ReadChainEntry(platform::File& file, std::int32_t start, std::int64_t k, std::int32_t w,
                           bool mayGrow);
 
+/// How many entries the array's first block has; 0 for a block that does not lie inside the file.
+/// The first block is the whole array of every table that was loaded at once, and found without a
+/// directory.
+inline std::int64_t FirstBlockEntries(const platform::File& file, std::int32_t start,
+                                      std::int32_t w) {
+  const std::int64_t count = file.Int32At(start);
+  const std::int64_t bytes = layout::kChainHeadBytes + count * w + layout::kPointerBytes;
+  return w > 0 && file.Contains(start, bytes) ? count : 0;
+}
+
+/// `FindChainRun` for every `k` and block.
+ChainRun FindRunByDirectory(platform::File& file, std::int32_t start, std::int64_t k,
+                            std::int32_t w);
+
 /// Entry `k` and its neighbours up to the end of its block; a count of 0 when the array has no
 /// entry `k`. Raises 9 for a damaged chain.
-ChainRun FindChainRun(platform::File& file, std::int32_t start, std::int64_t k, std::int32_t w);
+inline ChainRun FindChainRun(platform::File& file, std::int32_t start, std::int64_t k,
+                             std::int32_t w) {
+  if (start == 0 || k < 1) return {};
+  const std::int64_t count = FirstBlockEntries(file, start, w);
+  if (k > count) return FindRunByDirectory(file, start, k, w);
+  return {std::int64_t{start} + layout::kChainHeadBytes + (k - 1) * w, count - k + 1};
+}
 
 /// How many entries the array has, 0 for a start of 0. Raises 9 for a damaged chain.
 std::int64_t ChainLength(platform::File& file, std::int32_t start, std::int32_t w);

@@ -7,29 +7,26 @@
 namespace orv::storage {
 
 using layout::kChainHeadBytes;
-using layout::kPointerBytes;
 using platform::File;
 using platform::Raise;
 using platform::RunTimeError;
 
 ChainBlocks::Block ChainBlocks::Read(const File& file, std::size_t index) const {
-  return {positions_[index], First(index), file.Int32At(positions_[index])};
+  const std::int32_t position = known_[index].position;
+  return {position, First(index), file.Int32At(position)};
 }
 
 ChainBlocks::Block ChainBlocks::FindElsewhere(const File& file, std::int64_t k) {
   if (k < 1) Raise(RunTimeError::kSubscript);
-  if (positions_.empty()) Append(file, start_, 0);
-  if (k >= last_.first) return Extend(file, k);
-  return Read(file, IndexOf(k));
-}
-
-ChainBlocks::Block ChainBlocks::Extend(const File& file, std::int64_t k) {
+  if (known_.empty()) Append(file, start_, 1);
+  if (k < last_.first) return Read(file, IndexOf(k));
+  // The chain goes on from the last known block until a block holds entry `k` or the chain ends.
   while (k >= last_.first + last_.count) {
     const std::int32_t next =
         file.Int32At(std::int64_t{last_.position} + kChainHeadBytes + last_.count * entryBytes_);
     if (next == 0) break;
     file.Announce(FurtherOn(next));
-    Append(file, next, last_.first - 1 + last_.count);
+    Append(file, next, last_.first + last_.count);
   }
   return last_;
 }
@@ -40,36 +37,46 @@ ChainBlocks::Block ChainBlocks::Extend(const File& file, std::int64_t k) {
 /// distances: as far ahead as the block so many places back is behind.
 std::int64_t ChainBlocks::FurtherOn(std::int32_t next) const {
   constexpr std::size_t kPlaces = 8;
-  if (positions_.size() < kPlaces) return next;
-  return 2 * std::int64_t{next} - positions_[positions_.size() - kPlaces];
+  if (known_.size() < kPlaces) return next;
+  return 2 * std::int64_t{next} - known_[known_.size() - kPlaces].position;
 }
 
-void ChainBlocks::Append(const File& file, std::int32_t position, std::int64_t before) {
-  if (!file.Contains(position, kChainHeadBytes) || before > platform::kGreatestLength) {
+void ChainBlocks::Append(const File& file, std::int32_t position, std::int64_t first) {
+  if (!file.Contains(position, kChainHeadBytes) || first - 1 > platform::kGreatestLength) {
     Raise(RunTimeError::kSubscript);
   }
   const std::int64_t count = file.Int32At(position);
-  const std::int64_t bytes = kChainHeadBytes + count * entryBytes_ + kPointerBytes;
-  if (count < 0 || !file.Contains(position, bytes)) Raise(RunTimeError::kSubscript);
-  if (bytes_ + bytes > file.Length()) Raise(RunTimeError::kSubscript);
-  bytes_ += bytes;
-  positions_.push_back(position);
-  firsts_.push_back(static_cast<std::int32_t>(before));
-  last_ = {position, before + 1, count};
+  if (count < 0 || !file.Contains(position, BytesOf(count))) Raise(RunTimeError::kSubscript);
+  if (bytes_ + BytesOf(count) > file.Length()) Raise(RunTimeError::kSubscript);
+  Enter({position, first, count});
 }
 
 /// The last block that begins at or before entry `k`. Chains that grew by equal steps, the usual
 /// ones, are found by the first guess, which assumes that entries are spread evenly over the
 /// blocks.
 std::size_t ChainBlocks::IndexOf(std::int64_t k) const {
-  const std::size_t last = firsts_.size() - 1;
-  const auto entries = static_cast<std::size_t>(std::max(firsts_[last], 1));
+  const std::size_t last = known_.size() - 1;
+  const auto entries = static_cast<std::size_t>(std::max(known_[last].before, 1));
   const std::size_t index = std::min(static_cast<std::size_t>(k - 1) * last / entries, last);
   if (First(index) <= k && (index == last || k < First(index + 1))) return index;
-  const auto behind =
-      std::upper_bound(firsts_.begin(), firsts_.end(), k - 1,
-                       [](std::int64_t wanted, std::int32_t before) { return wanted < before; });
-  return static_cast<std::size_t>(behind - firsts_.begin()) - 1;
+  const auto behind = std::upper_bound(
+      known_.begin(), known_.end(), k - 1,
+      [](std::int64_t wanted, const Known& block) { return wanted < block.before; });
+  return static_cast<std::size_t>(behind - known_.begin()) - 1;
+}
+
+ChainDirectory& ChainDirectory::Of(File& file) {
+  if (!file.memory()) file.memory() = std::make_unique<ChainDirectory>();
+  return static_cast<ChainDirectory&>(*file.memory());
+}
+
+ChainBlocks& ChainDirectory::LookUp(File& file, std::int32_t start, std::int32_t entryBytes) {
+  if (entryBytes < 1) Raise(RunTimeError::kSubscript);
+  ChainDirectory& directory = Of(file);
+  const std::uint64_t key = KeyOf(start, entryBytes);
+  ChainBlocks& blocks = directory.arrays_.try_emplace(key, start, entryBytes).first->second;
+  directory.recent_[IndexOf(key)] = {key, &blocks};
+  return blocks;
 }
 
 }  // namespace orv::storage

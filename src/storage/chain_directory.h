@@ -2,12 +2,14 @@
 #pragma once
 
 #include <array>
+#include <bit>
 #include <cstdint>
 #include <memory>
 #include <unordered_map>
 #include <vector>
 
 #include "platform/file.h"
+#include "storage/layout.h"
 
 namespace orv::storage {
 
@@ -31,24 +33,38 @@ class ChainBlocks {
     return inLast ? last_ : FindElsewhere(file, k);
   }
 
-  /// Takes in a block that was just appended to the chain, whose former last block was found here.
-  void Follow(const platform::File& file) { Extend(file, last_.first + last_.count); }
+  /// Takes in a block of `count` entries that was just appended to the chain, whose former last
+  /// block was found here.
+  void Follow(std::int32_t position, std::int64_t count) {
+    Enter({position, last_.first + last_.count, count});
+  }
 
  private:
+  struct Known {
+    std::int32_t position;
+    std::int32_t before;  ///< entries in front of the block
+  };
+
   Block FindElsewhere(const platform::File& file, std::int64_t k);
   Block Read(const platform::File& file, std::size_t index) const;
-  /// Follows the chain from the last known block until a block holds entry `k` or the chain ends.
-  Block Extend(const platform::File& file, std::int64_t k);
+  /// Takes in a block that the file says is there.
   void Append(const platform::File& file, std::int32_t position, std::int64_t first);
   std::int64_t FurtherOn(std::int32_t next) const;
+  void Enter(const Block& block) {
+    bytes_ += BytesOf(block.count);
+    known_.push_back({block.position, static_cast<std::int32_t>(block.first - 1)});
+    last_ = block;
+  }
   std::size_t IndexOf(std::int64_t k) const;
-  std::int64_t First(std::size_t index) const { return std::int64_t{firsts_[index]} + 1; }
+  std::int64_t First(std::size_t index) const { return std::int64_t{known_[index].before} + 1; }
+  std::int64_t BytesOf(std::int64_t count) const {
+    return layout::kChainHeadBytes + count * entryBytes_ + layout::kPointerBytes;
+  }
 
   std::int32_t start_;
   std::int32_t entryBytes_;
-  std::vector<std::int32_t> positions_;
-  std::vector<std::int32_t> firsts_;  ///< entries in front of the block
-  Block last_;                        ///< the last block met; blocks keep their size
+  std::vector<Known> known_;
+  Block last_;              ///< the last block met; blocks keep their size
   std::int64_t bytes_ = 0;  ///< of all known blocks together: a chain longer than its file loops
 };
 
@@ -59,27 +75,35 @@ using IndexRoom = std::unordered_map<std::int32_t, std::int64_t>;
 /// The directories of all chain arrays of one opening; lives in the file's memory.
 class ChainDirectory final : public platform::FileMemory {
  public:
-  static ChainDirectory& Of(platform::File& file) {
-    if (!file.memory()) file.memory() = std::make_unique<ChainDirectory>();
-    return static_cast<ChainDirectory&>(*file.memory());
-  }
-  ChainBlocks& Blocks(std::int32_t start, std::int32_t entryBytes) {
-    const std::uint64_t key = (std::uint64_t{static_cast<std::uint32_t>(start)} << 32) |
-                              static_cast<std::uint32_t>(entryBytes);
-    Recent& recent = recent_[static_cast<std::size_t>((key ^ key >> 32) % kRecent)];
-    if (recent.blocks == nullptr || recent.key != key) {
-      recent = {key, &arrays_.try_emplace(key, start, entryBytes).first->second};
+  static ChainDirectory& Of(platform::File& file);
+  /// The blocks of the array at `start`. Raises 9 for an impossible entry width.
+  static ChainBlocks& Blocks(platform::File& file, std::int32_t start, std::int32_t entryBytes) {
+    const std::uint64_t key = KeyOf(start, entryBytes);
+    if (const platform::FileMemory* memory = file.memory().get()) {
+      const Recent& recent = static_cast<const ChainDirectory*>(memory)->recent_[IndexOf(key)];
+      if (recent.key == key) return *recent.blocks;
     }
-    return *recent.blocks;
+    return LookUp(file, start, entryBytes);
   }
   IndexRoom& indexRoom() { return indexRoom_; }
 
  private:
   struct Recent {
-    std::uint64_t key = 0;
+    std::uint64_t key = 0;  ///< 0, the key of no array, marks a free entry
     ChainBlocks* blocks = nullptr;
   };
-  static constexpr std::size_t kRecent = 61;  ///< a prime: starts are often evenly spaced
+  static constexpr std::size_t kRecent = 64;
+
+  static std::uint64_t KeyOf(std::int32_t start, std::int32_t entryBytes) {
+    return (std::uint64_t{static_cast<std::uint32_t>(start)} << 32) |
+           static_cast<std::uint32_t>(entryBytes);
+  }
+  static std::size_t IndexOf(std::uint64_t key) {
+    constexpr std::uint64_t kSpread = 0x9E3779B97F4A7C15;  // makes the upper bits differ
+    constexpr int kShift = 64 - std::bit_width(kRecent - 1);
+    return (key * kSpread) >> kShift;
+  }
+  static ChainBlocks& LookUp(platform::File& file, std::int32_t start, std::int32_t entryBytes);
 
   std::unordered_map<std::uint64_t, ChainBlocks> arrays_;
   IndexRoom indexRoom_;

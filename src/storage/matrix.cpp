@@ -44,14 +44,6 @@ void AppendMatrixHeader(std::string& bytes, std::int32_t position, std::int16_t 
   AppendTextPieces(bytes, titlePosition, title, layout::kLongLengthBytes);
 }
 
-/// The descriptor's position, which comes from the file: raises 9 when it leads outside.
-std::int32_t Checked(const File& file, std::int32_t descriptor) {
-  if (descriptor > 0 && !file.Contains(descriptor, layout::descriptor::kBytes)) {
-    Raise(RunTimeError::kSubscript);
-  }
-  return descriptor;
-}
-
 }  // namespace
 
 bool CheckOwnFormat(const File& file) {
@@ -102,11 +94,6 @@ void CreateFieldTable(File& file, std::int32_t matrix, std::int16_t n) {
   SetFieldTable(file, matrix, AppendFieldTable(file, n));
 }
 
-std::int32_t FieldTablePosition(const File& file, std::int32_t matrix) {
-  if (matrix < 1) return 0;
-  return file.Int32At(std::int64_t{matrix} + layout::matrix::kFieldTable);
-}
-
 std::int16_t ContainerFieldCount(const File& file, std::int32_t matrix) {
   const std::int32_t table = FieldTablePosition(file, matrix);
   return table < 1 ? std::int16_t{0}
@@ -120,17 +107,13 @@ std::int32_t FieldChain(const File& file, std::int32_t matrix) {
 }
 
 std::int32_t FindFieldDescriptor(File& file, std::int32_t matrix, std::int16_t f) {
-  return Checked(
+  return CheckedDescriptor(
       file, ReadChainEntry(file, FieldChain(file, matrix), f, layout::kPointerBytes, false).value);
 }
 
-std::int32_t DescriptorWalk::Next() {
-  if (slots_.count == 0) slots_ = FindChainRun(file_, chain_, next_, layout::kPointerBytes);
+void DescriptorWalk::FindSlots() {
+  slots_ = FindChainRun(file_, chain_, next_, layout::kPointerBytes);
   if (slots_.count == 0) Raise(RunTimeError::kSubscript);
-  const std::int32_t descriptor = Checked(file_, file_.Int32At(slots_.position));
-  slots_ = {slots_.position + layout::kPointerBytes, slots_.count - 1};
-  ++next_;
-  return descriptor;
 }
 
 std::int32_t AppendFieldDescriptor(File& file) {
@@ -140,7 +123,7 @@ std::int32_t AppendFieldDescriptor(File& file) {
 }
 
 void ResetFieldDescriptor(File& file, std::int32_t descriptor) {
-  Checked(file, descriptor);
+  CheckedDescriptor(file, descriptor);
   file.Write(descriptor, NewDescriptor());
 }
 
@@ -155,12 +138,6 @@ void CreateFieldDescriptor(File& file, std::int32_t matrix, std::int16_t f, Erro
       ReadChainEntry(file, table + layout::field_table::kChain, f, layout::kPointerBytes, false);
   if (slot.value > 0) return ResetFieldDescriptor(file, slot.value);
   file.WriteInt32(slot.position, AppendFieldDescriptor(file));
-}
-
-std::int32_t ContainerRecordCount(const File& file, std::int32_t matrix) {
-  if (matrix == 0) return -1;
-  const std::int32_t table = FieldTablePosition(file, matrix);
-  return table < 1 ? 0 : file.Int32At(std::int64_t{table} + layout::field_table::kRecords);
 }
 
 std::int32_t ReadableRecordCount(const File& file, std::int32_t matrix) {

@@ -7,6 +7,7 @@
 #include "platform/file.h"
 #include "storage/chain_array.h"
 #include "storage/error_code.h"
+#include "storage/layout.h"
 
 namespace orv::storage {
 
@@ -31,12 +32,22 @@ void SetFieldTable(platform::File& file, std::int32_t matrix, std::int32_t table
 void CreateFieldTable(platform::File& file, std::int32_t matrix, std::int16_t n);
 
 /// Position of the matrix's field table block, 0 when it has none.
-std::int32_t FieldTablePosition(const platform::File& file, std::int32_t matrix);
+inline std::int32_t FieldTablePosition(const platform::File& file, std::int32_t matrix) {
+  if (matrix < 1) return 0;
+  return file.Int32At(std::int64_t{matrix} + layout::matrix::kFieldTable);
+}
 
 /// Fields of a container matrix, 0 without a field table.
 std::int16_t ContainerFieldCount(const platform::File& file, std::int32_t matrix);
 /// Start of the chain array of descriptor positions; raises 9 for a matrix without a field table.
 std::int32_t FieldChain(const platform::File& file, std::int32_t matrix);
+/// A descriptor's position as the file gives it; raises 9 when it leads outside.
+inline std::int32_t CheckedDescriptor(const platform::File& file, std::int32_t descriptor) {
+  if (descriptor > 0 && !file.Contains(descriptor, layout::descriptor::kBytes)) {
+    platform::Raise(platform::RunTimeError::kSubscript);
+  }
+  return descriptor;
+}
 /// Position of field `f`'s descriptor, 0 when its slot is empty. Raises 9 for a field beyond the
 /// table and for a descriptor that does not lie inside the file.
 std::int32_t FindFieldDescriptor(platform::File& file, std::int32_t matrix, std::int16_t f);
@@ -50,9 +61,17 @@ class DescriptorWalk {
 
   /// Position of the next field's descriptor, 0 when its slot is empty. Raises 9 behind the table
   /// and for a descriptor outside the file.
-  std::int32_t Next();
+  std::int32_t Next() {
+    if (slots_.count == 0) FindSlots();
+    const std::int32_t descriptor = CheckedDescriptor(file_, file_.Int32At(slots_.position));
+    slots_ = {slots_.position + layout::kPointerBytes, slots_.count - 1};
+    ++next_;
+    return descriptor;
+  }
 
  private:
+  void FindSlots();
+
   platform::File& file_;
   std::int32_t chain_;
   ChainRun slots_;  ///< those of the next field and of its neighbours
@@ -70,7 +89,11 @@ void CreateFieldDescriptor(platform::File& file, std::int32_t matrix, std::int16
                            ErrorCode& error);
 
 /// Records of a container matrix: 0 without a field table, -1 for matrix position 0.
-std::int32_t ContainerRecordCount(const platform::File& file, std::int32_t matrix);
+inline std::int32_t ContainerRecordCount(const platform::File& file, std::int32_t matrix) {
+  if (matrix == 0) return -1;
+  const std::int32_t table = FieldTablePosition(file, matrix);
+  return table < 1 ? 0 : file.Int32At(std::int64_t{table} + layout::field_table::kRecords);
+}
 /// The records that loops over a matrix go through. A damaged count can claim more records than the
 /// file could ever hold; such a count is cut to the file's length.
 std::int32_t ReadableRecordCount(const platform::File& file, std::int32_t matrix);
