@@ -8,6 +8,7 @@
 #include "storage/field_style.h"
 #include "storage/layout.h"
 #include "storage/matrix.h"
+#include "storage/value_types.h"
 
 namespace orv::inspect {
 
@@ -222,6 +223,11 @@ void ContainerWalk::VisitDescriptor(const Place& place, std::int64_t slot, std::
   if (const std::int64_t word = file_.Int32At(descriptor + at::kReserved); word != 0) {
     Report(Damage::kMatrixHeader, place, descriptor + at::kReserved,
            "the descriptor's bytes at offset 4 are " + Number(word) + ", not 0", "everything");
+  }
+  if (const int type = file_.Int16At(descriptor + at::kDataType);
+      type < storage::type::kVariant || type > storage::type::kFile) {
+    Report(Damage::kStyle, place, descriptor + at::kDataType,
+           "the data type code is " + Number(type), "the cells as texts");
   }
   CheckCode(place, descriptor + at::kFieldCode);
   const std::int64_t title = descriptor + at::kTitleCell;

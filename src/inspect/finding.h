@@ -21,7 +21,7 @@ enum class Damage {
   kLength,        ///< a text length that is negative or greater than the file
   kCount,         ///< a count that is negative or does not agree with what there is
   kNoDescriptor,  ///< a field without its descriptor
-  kStyle,         ///< a style code that no reader knows
+  kStyle,         ///< a style or data type code that no reader knows
   kCellSize,      ///< a cell size that the style cannot have
   kCellCode,      ///< a code that no cell, or no matrix, can have
   kIndexBlock,    ///< a dictionary index that does not lie inside the file

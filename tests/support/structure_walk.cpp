@@ -209,7 +209,8 @@ class Walker {
   std::vector<std::int64_t> Chain(std::int64_t start, std::int64_t w, const std::string& what) {
     std::vector<std::int64_t> entries;
     std::set<std::int64_t> met;
-    for (std::int64_t block = start; block != 0;) {
+    Check(w > 0, what + ": entries of " + std::to_string(w) + " bytes");
+    for (std::int64_t block = start; block != 0 && w > 0;) {
       if (!met.insert(block).second) {
         Complain(what + ": the chain loops");
         break;
