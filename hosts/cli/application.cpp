@@ -49,7 +49,7 @@ void AddCommands(CLI::App& app) {
   AddCompactCommand(app);
   AddCheckCommand(app);
   AddDumpCommand(app);
-
+  AddRescueCommand(app);
   AddHostCommand(app);
 }
 

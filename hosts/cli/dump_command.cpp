@@ -3,6 +3,7 @@
 #include <iostream>
 #include <memory>
 #include <string>
+#include <vector>
 
 #include "cli/commands.h"
 #include "cli/display.h"
@@ -13,6 +14,7 @@
 #include "inspect/dump.h"
 #include "inspect/inspection.h"
 #include "platform/code_page.h"
+#include "storage/matrix_path.h"
 
 namespace orv::cli {
 namespace {
@@ -50,6 +52,19 @@ void PrintItem(const DumpItem& item, bool all) {
   }
 }
 
+/// The steps behind the file name; "/" alone names the top matrix, as in what `check` prints.
+std::vector<storage::PathStep> StepsOf(const Target& target) {
+  if (target.steps() == L"/") return {};
+  storage::ErrorCode error;
+  try {
+    auto steps = storage::SplitPath(target.Path(), nullptr, error).steps;
+    if (!error.IsSet()) return steps;
+  } catch (const platform::RunTimeFailure& failure) {
+    error.Set(failure.number());
+  }
+  throw Failure(ErrorSentence(target.Path(), error.value()));
+}
+
 void Dump(const Target& target, bool all) {
   const auto file = OpenBytes(target);
   if (inspect::KindOf(*file) != inspect::FileKind::kContainer) {
@@ -59,10 +74,7 @@ void Dump(const Target& target, bool all) {
   if (all) limits.entries = DumpLimits::kNone;
   const auto print = [all](const DumpItem& item) { PrintItem(item, all); };
   if (target.steps().empty()) return inspect::DumpFile(*file, limits, print);
-  storage::ErrorCode error;
-  const auto steps = storage::SplitPath(target.Path(), nullptr, error).steps;
-  if (error.IsSet()) throw Failure(ErrorSentence(target.Path(), error.value()));
-  if (!inspect::DumpMatrix(*file, steps, limits, print)) {
+  if (!inspect::DumpMatrix(*file, StepsOf(target), limits, print)) {
     throw Failure(ToUtf8(target.Path()) + ": the path leads to no matrix of the file");
   }
 }

@@ -39,7 +39,7 @@ class DbaseCheck {
         records_(file.Int32At(At(kRecordsOffset))),
         header_(Unsigned16At(file, kHeaderLengthOffset)),
         recordLength_(Unsigned16At(file, kRecordLengthOffset)),
-        fields_(std::max<std::int64_t>(header_ - kDescriptorBytes, 0) / kDescriptorBytes) {}
+        fields_(CountFields()) {}
 
   void Run() {
     inspection_.matrices = 1;
@@ -54,6 +54,17 @@ class DbaseCheck {
               std::int32_t field = 0, std::int64_t record = Finding::kNoRecord) {
     inspection_.findings.Add(
         {damage, {}, field, record, At(offset), std::move(what), std::move(readable)});
+  }
+
+  /// As many as the header's length has room for, or fewer when the terminator stands before: other
+  /// versions of the format keep more in the header.
+  std::int64_t CountFields() const {
+    const std::int64_t room =
+        std::max<std::int64_t>(header_ - kDescriptorBytes, 0) / kDescriptorBytes;
+    for (std::int64_t f = 1; f <= room; ++f) {
+      if (file_.ByteAt(At(kDescriptorBytes * f)) == kTerminator) return f - 1;
+    }
+    return room;
   }
 
   /// False when there is no telling where fields and records are.
@@ -99,7 +110,7 @@ class DbaseCheck {
     const std::int64_t descriptor = kDescriptorBytes * f;
     const auto field = static_cast<std::int32_t>(f);
     const std::uint8_t first = file_.ByteAt(At(descriptor));
-    if (first <= kLive || first == kTerminator) {
+    if (first <= kLive) {
       Report(Damage::kTableField, descriptor, "the field has no name", "the field's cells", field);
     }
     const std::uint8_t type = file_.ByteAt(At(descriptor + kFieldTypeOffset));

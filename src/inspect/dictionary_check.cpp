@@ -45,20 +45,23 @@ DictionaryCheck::DictionaryCheck(platform::File& file)
     : file_(file), steps_(file.Length() + kLeastSteps) {}
 
 std::optional<Finding> DictionaryCheck::Check(const DictionaryField& field) {
-  std::int32_t dictionary = 0;
-  try {
-    dictionary = FindDictionary(field);
-  } catch (const RunTimeFailure&) {
-    dictionary = 0;  // a property matrix that cannot be read names no dictionary
-  }
+  if (const auto values = CountValues(field)) return CheckEntries(field, *values);
   if (steps_ < 0) return std::nullopt;
-  if (!CanBeMatrix(file_, dictionary)) {
-    return Finding{Damage::kNoDictionary, {},
-                   field.place.field,     Finding::kNoRecord,
-                   field.descriptor,      "no property of the field's type names its dictionary",
-                   "the field's name"};
+  return Finding{Damage::kNoDictionary, {},
+                 field.place.field,     Finding::kNoRecord,
+                 field.descriptor,      "no property of the field's type leads to a dictionary",
+                 "the field's name"};
+}
+
+std::optional<std::int64_t> DictionaryCheck::CountValues(const DictionaryField& field) {
+  try {
+    const std::int32_t dictionary = FindDictionary(field);
+    if (steps_ < 0 || !CanBeMatrix(file_, dictionary)) return std::nullopt;
+    ReaderOf(file_, dictionary, storage::kDictionaryValueField);
+    return std::max(storage::ReadableRecordCount(file_, dictionary), 0);
+  } catch (const RunTimeFailure&) {
+    return std::nullopt;  // neither a property matrix nor a dictionary without its fields counts
   }
-  return CheckEntries(field, ValuesOf(dictionary));
 }
 
 std::optional<Finding> DictionaryCheck::CheckEntries(const DictionaryField& field,
@@ -82,10 +85,6 @@ std::optional<Finding> DictionaryCheck::CheckEntries(const DictionaryField& fiel
                      ", the dictionary has " + std::to_string(values) + " values" +
                      (wrong > 1 ? "; so in " + std::to_string(wrong) + " records in all" : ""),
                  "the field's other cells"};
-}
-
-std::int64_t DictionaryCheck::ValuesOf(std::int32_t dictionary) const {
-  return std::max(storage::ReadableRecordCount(file_, dictionary), 0);
 }
 
 std::int32_t DictionaryCheck::FindDictionary(const DictionaryField& field) {

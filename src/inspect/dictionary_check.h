@@ -20,6 +20,9 @@ class DictionaryCheck {
 
   /// What is wrong with the field, or nothing. The finding's matrix is left empty.
   std::optional<Finding> Check(const DictionaryField& field);
+  /// How many values the field's dictionary has; nothing when it has no dictionary, or when no
+  /// more may be read.
+  std::optional<std::int64_t> CountValues(const DictionaryField& field);
 
  private:
   /// The property lists of one property matrix, by the type's number as text.
@@ -28,7 +31,6 @@ class DictionaryCheck {
   const Lists& ListsOf(std::int32_t properties);
   std::int32_t FindDictionary(const DictionaryField& field);
   std::int32_t DictionaryIn(std::int32_t list);
-  std::int64_t ValuesOf(std::int32_t dictionary) const;
   std::optional<Finding> CheckEntries(const DictionaryField& field, std::int64_t values) const;
   /// Calls `take(record)` until it returns true or there is nothing more to read.
   template <typename Take>

@@ -7,6 +7,14 @@
 namespace orv::test {
 namespace {
 
+constexpr int kNoMatrix = 255;
+
+/// The path of the matrix in the cell.
+std::wstring CellSteps(const CellPlace& place) {
+  return place.steps + L"/[" + std::to_wstring(place.record) + L"," + std::to_wstring(place.field) +
+         L"]";
+}
+
 void Collect(Driver& db, const std::wstring& steps, std::vector<CellPlace>& places) {
   places.push_back({steps, 0, 0});
   const int records = db.Records(steps);
@@ -15,7 +23,7 @@ void Collect(Driver& db, const std::wstring& steps, std::vector<CellPlace>& plac
     for (int r = 0; r <= records; ++r) {
       places.push_back({steps, r, f});
       if (r == 0 || !db.HoldsMatrix(steps, r, f)) continue;
-      Collect(db, steps + L"/[" + std::to_wstring(r) + L"," + std::to_wstring(f) + L"]", places);
+      Collect(db, CellSteps(places.back()), places);
     }
   }
   if (!steps.ends_with(L"/#") && db.Records(steps + L"/#") >= 0) {
@@ -35,17 +43,19 @@ CellReading ReadPlace(Driver& db, const CellPlace& place) {
   CellReading reading;
   if (place.field == 0) {
     reading.text = db.Title(place.steps);
-  } else {
-    std::wstring path = db.Path(place.steps);
-    std::int32_t record = place.record;
-    auto field = static_cast<std::int16_t>(place.field);
-    Boolean isMatrix = Boolean::kFalse;
-    Boolean formula = Boolean::kFalse;
-    reading.text =
-        platform::ToBytes(db.engine.GetCellValue(path, record, field, isMatrix, formula));
-    reading.isMatrix = IsTrue(isMatrix);
+    // Where there is no matrix the title is empty, without an error.
+    if (reading.text.empty() && db.Fields(place.steps) < 0) reading.error = kNoMatrix;
+    return reading;
   }
+  std::wstring path = db.Path(place.steps);
+  std::int32_t record = place.record;
+  auto field = static_cast<std::int16_t>(place.field);
+  Boolean isMatrix = Boolean::kFalse;
+  Boolean formula = Boolean::kFalse;
+  reading.text = platform::ToBytes(db.engine.GetCellValue(path, record, field, isMatrix, formula));
   reading.error = db.Error();
+  // A damaged code can claim a matrix where no path leads to one.
+  reading.isMatrix = IsTrue(isMatrix) && record > 0 && db.Fields(CellSteps(place)) >= 0;
   return reading;
 }
 

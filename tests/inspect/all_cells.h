@@ -19,7 +19,7 @@ struct CellPlace {
 /// The text with what else the engine tells of it.
 struct CellReading {
   std::string text;
-  bool isMatrix = false;
+  bool isMatrix = false;  ///< a path leads into the cell
   int error = 0;
   friend bool operator==(const CellReading&, const CellReading&) = default;
 };
