@@ -84,17 +84,24 @@ class Dumper final : public WalkObserver {
   }
 
  private:
-  std::string NameOf(const Structure& structure) const {
+  std::string NameOf(const Structure& structure) {
     std::string name(KindWords(structure.kind));
     if (structure.kind == StructureKind::kFileHeader) return name;
     const Place& place = structure.place;
-    const std::string path = walk_->PathOf(place.matrix);
+    const std::string& path = PathOf(place.matrix);
     if (structure.kind == StructureKind::kMatrix) return name + " " + path;
     if (structure.kind == StructureKind::kTextPiece && structure.first > 1) name += " continued";
     name += " of ";
     if (place.record > 0) name += "record " + std::to_string(place.record) + ", ";
     if (place.field > 0) name += "field " + std::to_string(place.field) + ", ";
     return name + path;
+  }
+
+  /// The structures of a matrix come one after another.
+  const std::string& PathOf(std::size_t matrix) {
+    if (path_.empty() || matrix != pathOwner_) path_ = walk_->PathOf(matrix);
+    pathOwner_ = matrix;
+    return path_;
   }
 
   void AddRows(const Structure& s) {
@@ -216,6 +223,8 @@ class Dumper final : public WalkObserver {
   DumpLimits limits_;
   const DumpSink& sink_;
   const ContainerWalk* walk_ = nullptr;
+  std::string path_;
+  std::size_t pathOwner_ = 0;
   DumpItem item_;
 };
 
