@@ -85,16 +85,7 @@ class Dumper final : public WalkObserver {
 
  private:
   std::string NameOf(const Structure& structure) {
-    std::string name(KindWords(structure.kind));
-    if (structure.kind == StructureKind::kFileHeader) return name;
-    const Place& place = structure.place;
-    const std::string& path = PathOf(place.matrix);
-    if (structure.kind == StructureKind::kMatrix) return name + " " + path;
-    if (structure.kind == StructureKind::kTextPiece && structure.first > 1) name += " continued";
-    name += " of ";
-    if (place.record > 0) name += "record " + std::to_string(place.record) + ", ";
-    if (place.field > 0) name += "field " + std::to_string(place.field) + ", ";
-    return name + path;
+    return OwnerText(structure, PathOf(structure.place.matrix));
   }
 
   /// The structures of a matrix come one after another.

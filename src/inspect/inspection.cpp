@@ -109,17 +109,9 @@ class OwnerSearch final : public WalkObserver {
     }
     const bool same = wanted.kind == owner.kind && wanted.position == owner.position;
     finding.damage = same ? Damage::kShared : Damage::kOverlap;
-    finding.what = name + (same ? " is also " : " shares bytes with ") + Described(owner) +
+    finding.what = name + (same ? " is also the " : " shares bytes with the ") +
+                   OwnerText(owner, walk_->PathOf(owner.place.matrix)) +
                    (same ? std::string() : " at " + std::to_string(owner.position));
-  }
-
-  std::string Described(const Structure& owner) const {
-    if (owner.kind == StructureKind::kFileHeader) return "the file header";
-    std::string text = "the " + std::string(KindWords(owner.kind)) + " of ";
-    if (owner.kind == StructureKind::kMatrix) text = "the matrix ";
-    if (owner.place.record > 0) text += "record " + std::to_string(owner.place.record) + ", ";
-    if (owner.place.field > 0) text += "field " + std::to_string(owner.place.field) + ", ";
-    return text + walk_->PathOf(owner.place.matrix);
   }
 
   FindingList& findings_;

@@ -31,4 +31,13 @@ std::string_view KindWords(StructureKind kind) {
   return {};
 }
 
+std::string OwnerText(const Structure& structure, const std::string& path) {
+  std::string text(KindWords(structure.kind));
+  if (structure.kind == StructureKind::kFileHeader) return text;
+  text += (structure.kind == StructureKind::kMatrix ? " " : " of ") + path;
+  if (structure.place.field > 0) text += ", field " + std::to_string(structure.place.field);
+  if (structure.place.record > 0) text += ", record " + std::to_string(structure.place.record);
+  return text;
+}
+
 }  // namespace orv::inspect

@@ -1,6 +1,7 @@
 // The structures of a container file as a walk meets them.
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <string>
 #include <string_view>
@@ -48,6 +49,9 @@ struct Structure {
   std::int64_t count = 0;
   std::int64_t first = 1;  ///< number of a block's first entry; number of a piece in its text
 };
+
+/// Whose the structure is, in words: "cell of /[3,1], field 2, record 7". `path` is its matrix's.
+std::string OwnerText(const Structure& structure, const std::string& path);
 
 /// A structure whose bytes, or some of them, belong to another one that was met before.
 struct Conflict {

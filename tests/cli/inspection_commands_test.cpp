@@ -118,7 +118,7 @@ TEST_F(InspectionCommandsTest, DumpShowsStructuresInTheFormatsTerms) {
   EXPECT_THAT(dump, HasSubstr("\nmatrix / at 52, 16 bytes\n      +0  cell code        -1 (type 1, "
                               "matrix)\n      +2  title            68\n"));
   EXPECT_THAT(dump, HasSubstr("      +4  text             \"Города\"\n"));
-  EXPECT_THAT(dump, HasSubstr("\ndescriptor of field 2, / at "));
+  EXPECT_THAT(dump, HasSubstr("\ndescriptor of /, field 2 at "));
   EXPECT_THAT(dump, HasSubstr("\nmatrix /[3,2] at "));
   EXPECT_THAT(dump, HasSubstr("\nmatrix /#/[1,3] at "));
 }

@@ -80,7 +80,7 @@ class CorruptionTest : public testing::TestWithParam<unsigned> {
 
   /// Inspects a damaged file and tallies what came of it.
   void Judge(const std::string& damaged, Tally& tally) {
-    constexpr auto kTime = std::chrono::seconds(2);
+    constexpr auto kTime = std::chrono::seconds(20);
     const auto begin = std::chrono::steady_clock::now();
     const inspect::Inspection inspection = test::InspectBytes(damaged);
     EXPECT_LT(std::chrono::steady_clock::now() - begin, kTime);
@@ -114,7 +114,7 @@ class CorruptionTest : public testing::TestWithParam<unsigned> {
 INSTANTIATE_TEST_SUITE_P(Shard, CorruptionTest, testing::Range(0U, kShards));
 
 TEST_P(CorruptionTest, RandomDamageToTheStructureIsSeen) {
-  constexpr std::size_t kMemoryKilobytes = std::size_t{64} << 10;
+  constexpr std::size_t kMemoryKilobytes = std::size_t{1} << 20;
   ASSERT_EQ(walk_.Text(), "");
   ASSERT_GT(places_.size(), 200U);
   const std::size_t before = test::PeakKilobytes();

@@ -173,7 +173,7 @@ TEST_F(DamageKindsTest, TwoPointersToOneCell) {
   file_.PutInt32(Slot(3), file_.Int32(Slot(1)));
   const Finding finding = Only(Damage::kShared);
   EXPECT_EQ(finding.record, 3);
-  EXPECT_THAT(finding.what, HasSubstr("is also the cell of record 1, field 1, /"));
+  EXPECT_THAT(finding.what, HasSubstr("is also the cell of /, field 1, record 1"));
 }
 
 TEST_F(DamageKindsTest, AMatrixThatContainsItselfIsWalkedOnce) {
