@@ -102,6 +102,7 @@ void PrintJson(const Inspection& inspection, const Target& target) {
 void Check(const Target& target, bool json) {
   const auto file = OpenBytes(target);
   const Inspection inspection = inspect::Inspect(*file);
+  CheckIntact(*file, target);
   if (inspection.kind == FileKind::kUnknown) {
     throw Failure(ToUtf8(target.FilePart()) + ": neither a container file nor a dBASE III table");
   }

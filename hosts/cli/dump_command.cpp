@@ -73,10 +73,12 @@ void Dump(const Target& target, bool all) {
   DumpLimits limits;
   if (all) limits.entries = DumpLimits::kNone;
   const auto print = [all](const DumpItem& item) { PrintItem(item, all); };
-  if (target.steps().empty()) return inspect::DumpFile(*file, limits, print);
-  if (!inspect::DumpMatrix(*file, StepsOf(target), limits, print)) {
+  if (target.steps().empty()) {
+    inspect::DumpFile(*file, limits, print);
+  } else if (!inspect::DumpMatrix(*file, StepsOf(target), limits, print)) {
     throw Failure(ToUtf8(target.Path()) + ": the path leads to no matrix of the file");
   }
+  CheckIntact(*file, target);
 }
 
 }  // namespace

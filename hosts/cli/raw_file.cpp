@@ -12,6 +12,7 @@ namespace orv::cli {
 namespace {
 
 constexpr std::int16_t kMissing = 53;
+constexpr std::int16_t kDeviceFailed = 57;
 
 std::unique_ptr<platform::File> Map(const Target& target, const std::wstring& name) {
   try {
@@ -30,6 +31,10 @@ std::unique_ptr<platform::File> OpenBytes(const Target& target) {
   std::unique_ptr<platform::File> file = Map(target, name);
   if (file->Length() == 0) throw Failure(ErrorSentence(target.FilePart(), kMissing));
   return file;
+}
+
+void CheckIntact(const platform::File& file, const Target& target) {
+  if (file.Faulted()) throw Failure(ErrorSentence(target.FilePart(), kDeviceFailed));
 }
 
 std::unique_ptr<platform::File> CreateBytes(const Target& target) {

@@ -12,6 +12,9 @@ namespace orv::cli {
 /// `Failure` when it is missing or empty or cannot be opened.
 std::unique_ptr<platform::File> OpenBytes(const Target& target);
 
+/// Throws `Failure` when the file was cut short, or could not be read, while it was looked at.
+void CheckIntact(const platform::File& file, const Target& target);
+
 /// Creates the target's file, which must not exist. Throws `Failure`.
 std::unique_ptr<platform::File> CreateBytes(const Target& target);
 

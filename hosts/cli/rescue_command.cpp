@@ -4,6 +4,7 @@
 #include <iostream>
 #include <memory>
 #include <string>
+#include <system_error>
 
 #include "cli/commands.h"
 #include "cli/display.h"
@@ -53,11 +54,16 @@ void Print(const Rescued& rescued) {
             << Counted(rescued.records, "record") << ", " << Counted(rescued.cells, "cell") << '\n';
 }
 
+/// A copy that could not be finished does not stay.
 Rescued CopyInto(platform::File& file, const Target& copy) {
   try {
     const auto target = CreateBytes(copy);
-    return inspect::Rescue(file, *target);
+    Rescued rescued = inspect::Rescue(file, *target);
+    CheckIntact(*target, copy);
+    return rescued;
   } catch (const platform::RunTimeFailure& failure) {
+    std::error_code ignored;
+    fs::remove(copy.File(), ignored);
     throw Failure(ErrorSentence(copy.FilePart(), static_cast<std::int16_t>(failure.number())));
   }
 }
@@ -70,6 +76,7 @@ void RescueFile(const Target& source, const Target& copy, bool force) {
   CheckFiles(source, copy, force);
   if (force) RemoveForReplacement(copy.File());
   const Rescued rescued = CopyInto(*file, copy);
+  CheckIntact(*file, source);
   Print(rescued);
   if (rescued.lost) throw DamageFound();
 }

@@ -65,7 +65,7 @@ class Collector final : public WalkObserver {
     finding.field = wanted.place.field;
     finding.record = wanted.place.record;
     finding.position = conflict.slot;
-    finding.readable = "what stands there, whose it ever is";
+    finding.readable = "what stands there, taken for both";
     const bool listed = inspection_.findings.Add(std::move(finding));
     if (listed) open_.push_back({conflict, inspection_.findings.listed().size() - 1});
   }

@@ -192,13 +192,13 @@ class MatrixTrail {
   const ContainerBytes& file_;
 };
 
-constexpr unsigned kShards = 4;
+constexpr unsigned kShards = 16;
 
 class DamagedRescueTest : public RescueTest, public testing::WithParamInterface<unsigned> {};
 INSTANTIATE_TEST_SUITE_P(Shard, DamagedRescueTest, testing::Range(0U, kShards));
 
 TEST_P(DamagedRescueTest, EveryReadableCellIsInASoundCopy) {
-  const unsigned corruptions = test::LongTier() ? 2500 : 100;
+  const unsigned corruptions = test::LongTier() ? 625 : 25;
   constexpr auto kTime = std::chrono::seconds(20);
   std::size_t compared = 0;
   std::size_t repeated = 0;
