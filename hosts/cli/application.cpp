@@ -22,7 +22,7 @@ constexpr const char* kDescription =
 constexpr const char* kFooter =
     "A matrix inside a file is named by steps: orv show towns.orv '/[3,2]' shows the one in record "
     "3, field 2.\n\"orv COMMAND --help\" describes a command. Exit status: 0 done, 1 failed, 2 "
-    "called wrongly.";
+    "called wrongly, 3 damage found or data lost.";
 
 // Shows a word in brackets only where it may be left out, and no types of words: all are texts.
 class HelpFormatter final : public CLI::Formatter {
@@ -47,6 +47,9 @@ void AddCommands(CLI::App& app) {
   AddStyleCommands(app);
   AddExportCommands(app);
   AddCompactCommand(app);
+  AddCheckCommand(app);
+  AddDumpCommand(app);
+  AddRescueCommand(app);
   AddHostCommand(app);
 }
 
@@ -83,10 +86,15 @@ int RunApplication(int argc, char** argv) {
   AddCommands(app);
   const ConsoleSession session;
   try {
-    app.parse(argc, argv);
+    ExitStatus status = kSuccess;
+    try {
+      app.parse(argc, argv);
+    } catch (const DamageFound&) {
+      status = kDamaged;
+    }
     std::cout.flush();
     if (!std::cout) return Report("standard output could not be written", kFailed);
-    return kSuccess;
+    return status;
   } catch (const CLI::ParseError& error) {
     return ReportParseError(app, error, argc, argv);
   } catch (const BadUsage& error) {

@@ -16,6 +16,9 @@ void AddPropertyCommand(CLI::App& app);  ///< props
 void AddStyleCommands(CLI::App& app);    ///< style, analyse
 void AddExportCommands(CLI::App& app);   ///< export, sort
 void AddCompactCommand(CLI::App& app);
+void AddCheckCommand(CLI::App& app);
+void AddDumpCommand(CLI::App& app);
+void AddRescueCommand(CLI::App& app);
 void AddHostCommand(CLI::App& app);
 
 }  // namespace orv::cli

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstdint>
+#include <exception>
 #include <stdexcept>
 #include <string>
 #include <string_view>
@@ -9,7 +10,7 @@
 namespace orv::cli {
 
 /// Exit statuses of the command.
-enum ExitStatus : int { kSuccess = 0, kFailed = 1, kBadUsage = 2 };
+enum ExitStatus : int { kSuccess = 0, kFailed = 1, kBadUsage = 2, kDamaged = 3 };
 
 /// An operation failed: one sentence for standard error, exit status 1.
 class Failure : public std::runtime_error {
@@ -22,6 +23,10 @@ class BadUsage : public std::runtime_error {
  public:
   using std::runtime_error::runtime_error;
 };
+
+/// The command did its work and has told on standard output what is damaged or lost: no sentence,
+/// exit status 3.
+class DamageFound : public std::exception {};
 
 /// What an error code of the engine means, as the end of a sentence.
 std::string_view MeaningOf(std::int16_t code);

@@ -1,4 +1,4 @@
-// The tour of the README, run as it stands.
+// The tour of the README and the examples of docs/inspection.md, run as they stand.
 #include <cstdio>
 #include <filesystem>
 #include <fstream>
@@ -17,15 +17,16 @@ struct Block {
   std::string output;
 };
 
-std::vector<Block> ReadTour() {
+/// The blocks of a page of the project; of one section where its heading is given.
+std::vector<Block> ReadBlocks(const std::string& name, const std::string& heading = {}) {
   const auto root = std::filesystem::path(ORV_TEST_DATA_DIR).parent_path().parent_path();
-  std::ifstream readme(root / "README.md");
+  std::ifstream page(root / name);
   std::vector<Block> blocks;
   std::string* into = nullptr;
-  bool inTour = false;
-  for (std::string line; std::getline(readme, line);) {
-    if (line.starts_with("## ")) inTour = line == "## Five-minute tour";
-    if (!inTour) continue;
+  bool inSection = heading.empty();
+  for (std::string line; std::getline(page, line);) {
+    if (!heading.empty() && line.starts_with("## ")) inSection = line == heading;
+    if (!inSection) continue;
     if (line == "```sh") {
       into = &blocks.emplace_back().commands;
     } else if (line == "```text") {
@@ -51,16 +52,27 @@ std::string RunInShell(const std::string& commands) {
   return output;
 }
 
-TEST(ReadmeTest, TheTourPrintsWhatTheReadmeShows) {
-  const std::vector<Block> tour = ReadTour();
-  ASSERT_GE(tour.size(), 7U);
+/// Runs the blocks from number `first` on in a folder of their own and compares what they print.
+void RunBlocks(const std::vector<Block>& blocks, std::size_t first) {
   const orv::test::TempFolder folder;
   const std::string bin = std::filesystem::path(ORV_COMMAND).parent_path();
   const std::string setUp = "cd '" + folder.path().string() + "'; PATH='" + bin + "':$PATH\n";
-  // The first block only leads to the command and to an empty folder, which is done here.
-  for (std::size_t i = 1; i < tour.size(); ++i) {
-    EXPECT_EQ(RunInShell(setUp + tour[i].commands), tour[i].output) << tour[i].commands;
+  for (std::size_t i = first; i < blocks.size(); ++i) {
+    EXPECT_EQ(RunInShell(setUp + blocks[i].commands), blocks[i].output) << blocks[i].commands;
   }
+}
+
+TEST(ReadmeTest, TheTourPrintsWhatTheReadmeShows) {
+  const std::vector<Block> tour = ReadBlocks("README.md", "## Five-minute tour");
+  ASSERT_GE(tour.size(), 7U);
+  // The first block only leads to the command and to an empty folder, which is done here.
+  RunBlocks(tour, 1);
+}
+
+TEST(InspectionPageTest, TheExamplesPrintWhatThePageShows) {
+  const std::vector<Block> examples = ReadBlocks("docs/inspection.md");
+  ASSERT_GE(examples.size(), 5U);
+  RunBlocks(examples, 0);
 }
 
 }  // namespace

@@ -1,10 +1,13 @@
 // The structural walk itself: it accepts what the engine writes and finds what is wrong.
 #include "support/structure_walk.h"
 
+#include <algorithm>
+
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include "support/container_bytes.h"
+#include "support/damage.h"
 #include "support/driver.h"
 
 namespace orv {
@@ -41,6 +44,50 @@ TEST_F(StructureWalkTest, ASoundFileHasNoProblems) {
   EXPECT_EQ(walk.fields, 3U);
   EXPECT_EQ(walk.cells, 3U);
   EXPECT_LE(walk.liveBytes, db_.Bytes().size());
+}
+
+TEST_F(StructureWalkTest, EveryLiveByteHasAUse) {
+  for (const std::string& bytes : {db_.Bytes(), test::RichFile()}) {
+    const test::StructureWalk walk = WalkStructures(bytes);
+    ASSERT_EQ(walk.uses.size(), bytes.size());
+    const auto dead = std::ranges::count(walk.uses, test::ByteUse::kDead);
+    EXPECT_EQ(bytes.size() - static_cast<std::size_t>(dead), walk.liveBytes);
+  }
+}
+
+TEST_F(StructureWalkTest, UsesAreWhatTheFormatSays) {
+  using test::ByteUse;
+  const ContainerBytes file = Bytes();
+  const test::StructureWalk walk = WalkStructures(file.bytes());
+  const auto use = [&](std::int64_t position) {
+    return walk.uses[static_cast<std::size_t>(position - 1)];
+  };
+  const std::int64_t descriptor = file.Descriptor(52, 1);
+  const std::int64_t cell = file.Cell(52, 1, 1);
+  EXPECT_EQ(use(1), ByteUse::kMark);
+  EXPECT_EQ(use(4), ByteUse::kPointer);
+  EXPECT_EQ(use(52), ByteUse::kCode);
+  EXPECT_EQ(use(54), ByteUse::kPointer);
+  EXPECT_EQ(use(58), ByteUse::kMark);
+  EXPECT_EQ(use(file.FieldTable(52)), ByteUse::kCount);
+  EXPECT_EQ(use(descriptor + 8), ByteUse::kStyle);
+  EXPECT_EQ(use(descriptor + 9), ByteUse::kCellSize);
+  EXPECT_EQ(use(descriptor + 11), ByteUse::kDataType);
+  EXPECT_EQ(use(descriptor + 13), ByteUse::kCode);
+  EXPECT_EQ(use(file.Int32(descriptor)), ByteUse::kCount);
+  EXPECT_EQ(use(file.Int32(descriptor) + 4), ByteUse::kPointer);
+  EXPECT_EQ(use(cell), ByteUse::kCode);
+  EXPECT_EQ(use(cell + 2), ByteUse::kLength);
+  EXPECT_EQ(use(cell + 3), ByteUse::kText);
+  EXPECT_EQ(use(cell + 6), ByteUse::kPointer);
+}
+
+TEST_F(StructureWalkTest, AFixedFieldWithEntriesOfNoBytesEndsTheWalkOfItsData) {
+  ContainerBytes file = Bytes();
+  const std::int64_t descriptor = file.Descriptor(52, 1);
+  file.PutByte(descriptor + 8, 5);
+  file.PutInt32(file.Int32(descriptor), INT32_MAX);
+  EXPECT_THAT(Problems(file), testing::HasSubstr("entries of 0 bytes"));
 }
 
 TEST_F(StructureWalkTest, TwoPointersToOneCell) {

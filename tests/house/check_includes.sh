@@ -25,7 +25,8 @@ awk '
     below["exchange"] = services "exchange "
     below["query"] = services "query "
     below["convert"] = services "convert "
-    below["engine"] = services "exchange query convert engine "
+    below["inspect"] = services "inspect "
+    below["engine"] = services "exchange query convert inspect engine "
   }
 
   function Fail(why) {

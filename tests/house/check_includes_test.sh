@@ -20,7 +20,9 @@ fresh_tree() {
   add src/query/filter.h '#include "storage/cell.h"'
   add src/query/filter.h '#include "command/scanner.h"'
   add src/query/filter.h '#include "dialogs/progress.h"'
+  add src/inspect/walk.h '#include "storage/cell.h"'
   add src/engine/engine.cpp '#include "orv/engine.h"'
+  add src/engine/engine.cpp '#include "inspect/walk.h"'
   add src/engine/engine.cpp '#include "query/filter.h"'
 }
 
@@ -52,6 +54,7 @@ output="$(bash "$check" "$tree")" || report "an orderly tree was refused: $outpu
 refuses "an upward include" src/platform/file.h '#include "storage/path.h"'
 refuses "an upward include with blanks" src/storage/cell.h '  #  include  "engine/members.h"'
 refuses "a sideways include" src/query/filter.h '#include "convert/style.h"'
+refuses "an inspection that knows the exchange" src/inspect/rescue.h '#include "exchange/dbase.h"'
 refuses "a sideways include of services" src/dialogs/progress.h '#include "command/scanner.h"'
 refuses "a service including a user of it" src/command/scanner.h '#include "query/filter.h"'
 refuses "an include of a host" src/engine/engine.cpp '#include "cli/main.h"'

@@ -1,6 +1,7 @@
 #include "support/structure_walk.h"
 
 #include <algorithm>
+#include <array>
 #include <map>
 #include <set>
 #include <stdexcept>
@@ -18,7 +19,9 @@ struct Extent {
 
 class Walker {
  public:
-  explicit Walker(std::string_view file) : file_(std::string(file)) {}
+  explicit Walker(std::string_view file) : file_(std::string(file)) {
+    walk_.uses.assign(file.size(), ByteUse::kDead);
+  }
 
   StructureWalk Walk() {
     Guarded("file header", [&] { WalkHeader(); });
@@ -55,8 +58,20 @@ class Walker {
     return true;
   }
 
+  /// Notes what bytes of a structure are for; those outside the file are left out.
+  void Mark(std::int64_t position, std::int64_t bytes, ByteUse use) {
+    for (std::int64_t at = std::max<std::int64_t>(position, 1);
+         at < position + bytes && at <= file_.size(); ++at) {
+      walk_.uses[static_cast<std::size_t>(at - 1)] = use;
+    }
+  }
+
   void WalkHeader() {
     Claim(1, 51, "file header");
+    Mark(1, 3, ByteUse::kMark);
+    Mark(4, 4, ByteUse::kPointer);
+    Mark(8, 6, ByteUse::kMark);
+    Mark(14, 38, ByteUse::kUnread);
     Check(file_.Byte(1) == 1, "the first byte is not 1");
     Check(file_.bytes().substr(7, 6) == "Pellox", "the magic word is missing");
     Matrix(file_.Root(), "root");
@@ -65,6 +80,10 @@ class Walker {
   void Matrix(std::int64_t position, const std::string& what) {
     ++walk_.matrices;
     if (!Claim(position, 16, what) || !matrices_.insert(position).second) return;
+    Mark(position, 2, ByteUse::kCode);
+    Mark(position + 2, 4, ByteUse::kPointer);
+    Mark(position + 6, 2, ByteUse::kMark);
+    Mark(position + 8, 8, ByteUse::kPointer);
     Guarded(what, [&] {
       Check(file_.Int16(position) < 0, what + ": the code is not negative");
       Check(file_.Int16(position + 6) == 1, what + ": the header word is not 1");
@@ -77,13 +96,14 @@ class Walker {
 
   void FieldTable(std::int64_t matrix, const std::string& what) {
     const std::int64_t table = file_.FieldTable(matrix);
-    Claim(table, 6, what + ", field table");
+    if (Claim(table, 6, what + ", field table")) Mark(table, 6, ByteUse::kCount);
     const std::int64_t fields = file_.Fields(matrix);
     const std::int64_t records = file_.Records(matrix);
     Check(fields >= 0 && records >= 0, what + ": a negative count");
     const std::vector<std::int64_t> slots = Chain(table + 6, 4, what + ", descriptor array");
     Check(static_cast<std::int64_t>(slots.size()) >= fields, what + ": fewer slots than fields");
     for (std::size_t i = 0; i < slots.size(); ++i) {
+      Mark(slots[i], 4, ByteUse::kPointer);
       const auto f = static_cast<std::int64_t>(i) + 1;
       const std::int64_t descriptor = file_.Int32(slots[i]);
       const std::string field = what + ", field " + std::to_string(f);
@@ -97,7 +117,7 @@ class Walker {
   void Descriptor(std::int64_t matrix, std::int64_t at, std::int64_t records,
                   const std::string& what) {
     ++walk_.fields;
-    Claim(at, 17, what);
+    if (Claim(at, 17, what)) MarkDescriptor(at);
     Text(at + 17, LengthBytes(file_.Int16(at + 15)), what + ", name");
     const std::int64_t start = file_.Int32(at);
     if (start == 0) return;
@@ -106,7 +126,9 @@ class Walker {
     if (style >= 1 && style <= 4) {
       Cells(start, records, what);
     } else if (style == 5 || style == 6) {
-      Chain(start, size, what + ", data");
+      for (const std::int64_t cell : Chain(start, size, what + ", data")) {
+        Mark(cell, size, ByteUse::kFixed);
+      }
     } else if (style == 11) {
       Index(matrix, at, start, size, records, what);
     } else if (style != 7) {
@@ -114,9 +136,19 @@ class Walker {
     }
   }
 
+  void MarkDescriptor(std::int64_t at) {
+    Mark(at, 4, ByteUse::kPointer);
+    Mark(at + 4, 4, ByteUse::kMark);
+    Mark(at + 8, 1, ByteUse::kStyle);
+    Mark(at + 9, 2, ByteUse::kCellSize);
+    Mark(at + 11, 2, ByteUse::kDataType);
+    Mark(at + 13, 4, ByteUse::kCode);
+  }
+
   void Cells(std::int64_t start, std::int64_t records, const std::string& what) {
     const std::vector<std::int64_t> slots = Chain(start, 4, what + ", data");
     for (std::size_t i = 0; i < slots.size(); ++i) {
+      Mark(slots[i], 4, ByteUse::kPointer);
       const auto r = static_cast<std::int64_t>(i) + 1;
       const std::int64_t cell = file_.Int32(slots[i]);
       if (cell == 0) continue;
@@ -130,13 +162,15 @@ class Walker {
     ++walk_.cells;
     const std::int64_t code = file_.Int16(cell);
     if (code < 0) return Matrix(cell, what);
-    Claim(cell, 2, what);
+    if (Claim(cell, 2, what)) Mark(cell, 2, ByteUse::kCode);
     Text(cell + 2, LengthBytes(code), what + ", text");
   }
 
   void Index(std::int64_t matrix, std::int64_t descriptor, std::int64_t start, std::int64_t width,
              std::int64_t records, const std::string& what) {
     if (!Claim(start, 4 + width * records, what + ", index")) return;
+    Mark(start, 4, ByteUse::kUnread);
+    Mark(start + 4, width * records, ByteUse::kIndex);
     const std::int64_t values = DictionaryRecords(matrix, file_.Int16(descriptor + 13));
     for (std::int64_t r = 1; r <= records; ++r) {
       const std::int64_t at = start + 4 + width * (r - 1);
@@ -175,13 +209,16 @@ class Walker {
   std::vector<std::int64_t> Chain(std::int64_t start, std::int64_t w, const std::string& what) {
     std::vector<std::int64_t> entries;
     std::set<std::int64_t> met;
-    for (std::int64_t block = start; block != 0;) {
+    Check(w > 0, what + ": entries of " + std::to_string(w) + " bytes");
+    for (std::int64_t block = start; block != 0 && w > 0;) {
       if (!met.insert(block).second) {
         Complain(what + ": the chain loops");
         break;
       }
       const std::int64_t n = file_.Int32(block);
       if (!Claim(block, 4 + n * w + 4, what) || n < 0) break;
+      Mark(block, 4, ByteUse::kCount);
+      Mark(block + 4 + n * w, 4, ByteUse::kPointer);
       for (std::int64_t k = 0; k < n; ++k) entries.push_back(block + 4 + k * w);
       block = file_.Int32(block + 4 + n * w);
     }
@@ -195,6 +232,9 @@ class Walker {
       const std::int64_t length = L == 1 ? file_.Byte(piece) : file_.Int32(piece);
       if (length < 0 || !Claim(piece, L + length + 4, what))
         return Complain(what + ": a bad length");
+      Mark(piece, L, ByteUse::kLength);
+      Mark(piece + L, length, ByteUse::kText);
+      Mark(piece + L + length, 4, ByteUse::kPointer);
       piece = file_.Int32(piece + L + length);
     }
   }
@@ -219,6 +259,18 @@ class Walker {
 };
 
 }  // namespace
+
+bool IsContent(ByteUse use) {
+  return use == ByteUse::kText || use == ByteUse::kFixed || use == ByteUse::kIndex ||
+         use == ByteUse::kUnread || use == ByteUse::kDead;
+}
+
+std::string_view UseName(ByteUse use) {
+  static constexpr std::array<std::string_view, 13> kNames = {
+      "dead",   "unread", "text",  "fixed",     "index",     "pointer", "count",
+      "length", "code",   "style", "cell size", "data type", "mark"};
+  return kNames.at(static_cast<std::size_t>(use));
+}
 
 std::string StructureWalk::Text() const {
   std::string text;

@@ -2,11 +2,34 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 #include <string>
 #include <string_view>
 #include <vector>
 
 namespace orv::test {
+
+/// What a byte of a file is for.
+enum class ByteUse : std::uint8_t {
+  kDead,    ///< belongs to no structure
+  kUnread,  ///< nobody reads it: the banner
+  kText,    ///< of a cell, a name or a title
+  kFixed,   ///< a cell of a fixed field
+  kIndex,   ///< an entry of a dictionary index
+  kPointer,
+  kCount,   ///< of records, fields, entries of a block
+  kLength,  ///< of a piece
+  kCode,    ///< a cell code
+  kStyle,
+  kCellSize,
+  kDataType,
+  kMark,  ///< always the same: the file's marks, header words, reserved bytes
+};
+
+/// Whether the byte holds a value and no structure.
+bool IsContent(ByteUse use);
+/// The use in a word.
+std::string_view UseName(ByteUse use);
 
 /// What a walk met, and what is wrong with it.
 struct StructureWalk {
@@ -15,6 +38,7 @@ struct StructureWalk {
   std::size_t fields = 0;
   std::size_t cells = 0;  ///< of free fields, nested matrices included
   std::size_t liveBytes = 0;
+  std::vector<ByteUse> uses;  ///< of every byte of the file
 
   /// The problems, one a line.
   std::string Text() const;
