@@ -8,6 +8,7 @@
 #include <gtest/gtest.h>
 
 #include "support/container_bytes.h"
+#include "support/exercise.h"
 #include "support/peak_memory.h"
 #include "support/structure_walk.h"
 #include "support/styled_file.h"
@@ -122,137 +123,32 @@ class Damage {
   std::mt19937 random_;
 };
 
-/// Calls every member that reads or writes with what the file has and a little beyond.
-class Exercise {
+/// Calls every member on the rich file's matrices, and on a matrix put above them all.
+class WholeExercise {
  public:
-  Exercise(Driver& db, bool damaged) : db_(db), damaged_(damaged) {}
+  WholeExercise(Driver& db, bool damaged) : db_(db), exercise_(db), damaged_(damaged) {}
 
   void Everything() {
     for (const auto* steps : {L"", L"/#", L"/#/[2,3]", L"/#/[2,3]/[1,2]", L"/[5,1]",
                               L"/[5,1]/[2,2]", L"/[5,1]/[2,2]/[1,1]", L"/f(1)=\"short\""}) {
-      Read(steps);
+      exercise_.Read(steps);
       ++checks_;
     }
-    if (damaged_) Write(L"/#/[2,3]");  // overwrites the name under which the dictionary is found
-    for (const auto* steps : {L"/[5,1]/[2,2]", L"/[5,1]", L""}) Write(steps);
-    Read(L"");
+    // Overwrites the name under which the dictionary is found.
+    if (damaged_) exercise_.Write(L"/#/[2,3]");
+    for (const auto* steps : {L"/[5,1]/[2,2]", L"/[5,1]", L""}) exercise_.Write(steps);
+    exercise_.Read(L"");
     db_.InsertTop();
-    Code();
-    Read(L"/[1,1]");
+    exercise_.Read(L"/[1,1]");
     db_.CloseAll();
+    EXPECT_EQ(exercise_.Problems(), "");
   }
 
   int checks() const { return checks_; }
 
  private:
-  /// The code that a call left must be one that exists.
-  void Code() {
-    const int code = db_.Error();
-    EXPECT_TRUE(code >= 0 && code <= 255) << code;
-  }
-
-  void Read(const std::wstring& steps) {
-    db_.Kind();
-    const int records = db_.Records(steps);
-    const int fields = db_.Fields(steps);
-    db_.Title(steps);
-    for (int f = 0; f <= std::min(fields + 1, 8); ++f) {
-      for (int r = -2; r <= std::min(records + 1, 40); ++r) {
-        db_.Get(steps, r, f);
-        if (r % 8 == 0) db_.HoldsMatrix(steps, r, f);
-        if (r > 3) continue;
-        db_.Id(steps, r, f);
-        db_.Type(steps, r, f, "type");
-        DataType(steps, r, f);
-      }
-      db_.Get(steps, records, f);
-      Style(steps, f);
-      FieldSize(steps, f);
-    }
-    db_.Type(steps, -8, 1, "font");
-    Block(steps);
-    Find(steps);
-    Run(steps);
-    Code();
-  }
-
-  void DataType(const std::wstring& steps, std::int32_t r, int f) {
-    std::wstring path = db_.Path(steps);
-    auto field = static_cast<std::int16_t>(f);
-    db_.engine.GetCellDataType(path, r, field);
-  }
-  void Style(const std::wstring& steps, int f) {
-    std::wstring path = db_.Path(steps);
-    auto field = static_cast<std::int16_t>(f);
-    std::int16_t freeSize = 0;
-    std::int16_t cellSize = 0;
-    std::int16_t dataType = 0;
-    Boolean fixedType = Boolean::kFalse;
-    Boolean unique = Boolean::kFalse;
-    db_.engine.GetFldStyle(path, field, freeSize, cellSize, fixedType, unique, dataType);
-  }
-  void FieldSize(const std::wstring& steps, int f) {
-    std::wstring path = db_.Path(steps);
-    auto field = static_cast<std::int16_t>(f);
-    db_.engine.dBASEFldSize(path, field);
-  }
-  void Block(const std::wstring& steps) {
-    TextMatrix block({1, 8}, {0, 40});
-    std::wstring path = db_.Path(steps);
-    std::int32_t first = 0;
-    std::int32_t last = 40;
-    Boolean frml = Boolean::kFalse;
-    db_.engine.ValueMatrix(block, path, first, last, frml);
-  }
-  void Find(const std::wstring& steps) {
-    std::wstring path = db_.Path(steps);
-    std::wstring wanted = L"bottom";
-    std::int32_t record = 1;
-    std::int16_t field = 1;
-    std::int16_t region = 0;
-    std::int16_t direct = 0;
-    Boolean inCell = Boolean::kFalse;
-    Boolean exact = Boolean::kFalse;
-    db_.engine.MtxFindFirst(path, record, field, wanted, region, inCell, direct, exact);
-    db_.engine.MtxFindMin(path, field);
-    db_.engine.MtxFindMax(path, field);
-  }
-  void Run(const std::wstring& steps) {
-    std::wstring command = L"=records+fields;";
-    std::wstring path = db_.Path(steps);
-    std::int32_t record = 3;
-    std::int16_t field = 1;
-    db_.engine.ExecCmd(command, path, record, field);
-    Boolean isMtx = Boolean::kFalse;
-    Boolean frml = Boolean::kTrue;
-    db_.engine.GetCellValue(path, record, field, isMtx, frml);
-  }
-
-  void Write(const std::wstring& steps) {
-    for (int f = 1; f <= styled::kFields; ++f) {
-      for (const int r : {0, 1, 3, 5, 30}) {
-        db_.Set(steps, r, f, std::to_string(r * f));
-        db_.Set(steps, r, f, std::string(300, 'w'));
-        db_.Set(steps, r, f, "");
-        db_.Set(steps, r, f, "new value");
-        db_.ReBit(steps, r, f, 1);
-        db_.ReBit(steps, r, f, 4);
-      }
-      Code();
-    }
-    db_.SetTitle(steps, std::string(100, 't'));
-    db_.SetType(steps, 1, 1, "type", "int");
-    db_.SetType(steps, -9, 1, "icon", "tree");
-    db_.Put(steps, 4, 1, "new");
-    db_.AddFields(steps, 1, 2);
-    db_.AddRecords(steps, 2, 2);
-    db_.Set(steps, 1, 2, "late");
-    if (!steps.empty()) db_.Put(steps, -2, 1, "Types");  // the root's hold the dictionary
-    db_.DeleteField(steps, 1);
-    Code();
-  }
-
   Driver& db_;
+  test::Exercise exercise_;
   bool damaged_;
   int checks_ = 0;
 };
@@ -278,7 +174,7 @@ TEST_P(DamagedFileTest, EveryMemberAnswersAndNothingGrowsBeyondBounds) {
     test::WriteBytes(db.file(), damage.Next());
     SCOPED_TRACE("seed " + std::to_string(seed));
     const auto begin = std::chrono::steady_clock::now();
-    Exercise exercise(db, true);
+    WholeExercise exercise(db, true);
     exercise.Everything();
     EXPECT_EQ(exercise.checks(), 8);
     EXPECT_LT(std::chrono::steady_clock::now() - begin, kTime);
@@ -292,7 +188,7 @@ TEST(DamagedFileExerciseTest, TheWholeFilePassesTheSameExercise) {
   const std::string whole = RichFile();
   Driver db;
   test::WriteBytes(db.file(), whole);
-  Exercise(db, false).Everything();
+  WholeExercise(db, false).Everything();
   EXPECT_EQ(test::WalkStructures(db.Bytes()).Text(), "");
 }
 

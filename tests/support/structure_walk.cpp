@@ -5,8 +5,6 @@
 #include <set>
 #include <stdexcept>
 
-#include "support/container_bytes.h"
-
 namespace orv::test {
 namespace {
 
@@ -19,6 +17,8 @@ struct Extent {
 class Walker {
  public:
   explicit Walker(std::string_view file) : file_(std::string(file)) {}
+
+  void RecordReads(std::set<Word>& reads) { file_.RecordReads(reads); }
 
   StructureWalk Walk() {
     Guarded("file header", [&] { WalkHeader(); });
@@ -227,5 +227,13 @@ std::string StructureWalk::Text() const {
 }
 
 StructureWalk WalkStructures(std::string_view file) { return Walker(file).Walk(); }
+
+std::vector<Word> MeaningfulWords(std::string_view file) {
+  std::set<Word> words;
+  Walker walker(file);
+  walker.RecordReads(words);
+  walker.Walk();
+  return {words.begin(), words.end()};
+}
 
 }  // namespace orv::test
