@@ -14,6 +14,7 @@ packages_windows="cmake g++-mingw-w64-x86-64-posix googletest libwine-dev mingw-
   wine64"
 packages_test_windows="$packages_build $packages_windows imagemagick x11-utils xvfb"
 packages_fuzz="$packages_build clang"
+packages_coverage="$packages_test clang llvm"
 
 # Stops the command with a sentence.
 die() {

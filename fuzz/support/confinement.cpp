@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cerrno>
 #include <cstdarg>
+#include <cstdlib>
 
 #include <fcntl.h>
 #include <unistd.h>
@@ -10,16 +11,22 @@
 namespace orv::fuzz {
 namespace {
 
-std::filesystem::path confinement;  // NOLINT: there is one a process
+/// The folder that files are confined to; empty when they are not. Never destroyed: files are
+/// opened and closed until the process ends.
+std::filesystem::path& Confinement() {
+  static auto* folder = new std::filesystem::path;
+  return *folder;
+}
 
 bool IsInside(const char* name) {
-  const std::filesystem::path path = (confinement / name).lexically_normal();
-  return std::mismatch(confinement.begin(), confinement.end(), path.begin(), path.end()).first ==
-         confinement.end();
+  const std::filesystem::path& folder = Confinement();
+  const std::filesystem::path path = (folder / name).lexically_normal();
+  return std::mismatch(folder.begin(), folder.end(), path.begin(), path.end()).first ==
+         folder.end();
 }
 
 bool Refuses(const char* name) {
-  if (confinement.empty() || IsInside(name)) return false;
+  if (Confinement().empty() || IsInside(name)) return false;
   errno = EACCES;
   return true;
 }
@@ -28,7 +35,8 @@ bool Refuses(const char* name) {
 
 void ConfineTo(const std::filesystem::path& folder) {
   std::filesystem::current_path(folder);
-  confinement = std::filesystem::absolute(folder).lexically_normal();
+  Confinement() = std::filesystem::absolute(folder).lexically_normal();
+  std::atexit([] { Confinement().clear(); });  // what tools write at the end is theirs
 }
 
 void Clear(const std::filesystem::path& folder, const std::filesystem::path& kept) {
