@@ -39,7 +39,7 @@ if ((${#targets[@]} == 0)); then
 fi
 
 # Bounds for one input: seconds, and megabytes in all and at once.
-limits=(-timeout=20 -rss_limit_mb=2048 -malloc_limit_mb=256 -max_len=4096)
+limits=(-timeout=30 -rss_limit_mb=2048 -malloc_limit_mb=256 -max_len=4096)
 most_inputs=48
 # The maps of files are far larger than the files; what counts is what is touched.
 export ASAN_OPTIONS="${ASAN_OPTIONS:-detect_leaks=1}"

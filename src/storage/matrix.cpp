@@ -141,10 +141,13 @@ std::int32_t ContainerRecordCount(const File& file, std::int32_t matrix) {
   return table < 1 ? 0 : file.Int32At(std::int64_t{table} + layout::field_table::kRecords);
 }
 
-std::int32_t ReadableRecordCount(const File& file, std::int32_t matrix) {
+std::int32_t PlausibleRecordCount(const File& file, std::int32_t count) {
   const std::int64_t greatest = std::max(file.Length(), kPlausibleRecords);
-  return static_cast<std::int32_t>(
-      std::min<std::int64_t>(ContainerRecordCount(file, matrix), greatest));
+  return static_cast<std::int32_t>(std::min<std::int64_t>(count, greatest));
+}
+
+std::int32_t ReadableRecordCount(const File& file, std::int32_t matrix) {
+  return PlausibleRecordCount(file, ContainerRecordCount(file, matrix));
 }
 
 std::int32_t TrustedRecordCount(const File& file, std::int32_t matrix) {

@@ -258,6 +258,28 @@ TEST_F(SingleDamageTest, ATypeTableWithAHugeCountIsReadInNoTime) {
   ExpectRefused();
 }
 
+// Each list was once read as far as a damaged count could be believed, a million records a type.
+TEST(DamagedTypesTest, AThousandTypesWhoseListsClaimAMillionRecordsAreReadInNoTime) {
+  constexpr int kTypes = 1000;
+  constexpr auto kTime = std::chrono::seconds(20);
+  Driver db;
+  db.New();
+  db.AddFields(L"", 1, 1);
+  db.AddRecords(L"", kTypes, 1);
+  for (int r = 1; r <= kTypes; ++r) db.SetType(L"", r, 1, "unit", "km");
+  ASSERT_EQ(db.Error(), 0);
+  db.CloseAll();
+  ContainerBytes file(db.Bytes());
+  const std::int64_t types = file.Int32(file.Root() + 8);
+  for (int r = 1; r <= kTypes; ++r) {
+    file.PutInt32(file.FieldTable(file.Cell(types, r, 3)), 1000000);
+  }
+  test::WriteBytes(db.file(), file.bytes());
+  const auto begin = std::chrono::steady_clock::now();
+  EXPECT_EQ(db.Type(L"", kTypes, 1, "unit"), "km");
+  EXPECT_LT(std::chrono::steady_clock::now() - begin, kTime);
+}
+
 TEST(DamagedFileExerciseTest, AFileCutAtEveryByteOfItsBeginning) {
   const std::string whole = RichFile();
   Driver db;
