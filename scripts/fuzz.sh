@@ -4,10 +4,11 @@ source scripts/common.sh
 
 usage() {
   cat <<'TEXT'
-Usage: ./dev fuzz [TARGET]... [--seconds N]
+Usage: ./dev fuzz [TARGET]... [--seconds N] [--timeout N]
 
   TARGET       a source of fuzz/ without its ending, such as container_file; all by default
   --seconds N  how long each target runs, 60 by default; 0 runs its corpus only
+  --timeout N  how many seconds one input may take, 20 by default; more on a busy machine
 
 Each target runs under time and memory limits over its inputs in tests/fuzz_corpus and what earlier runs have
 found (build/fuzz/inputs). Inputs that reach code that no committed one reaches are added to
@@ -17,6 +18,7 @@ TEXT
 }
 
 seconds=60
+timeout=20
 targets=()
 while (($#)); do
   case "$1" in
@@ -24,6 +26,11 @@ while (($#)); do
     --seconds)
       seconds="${2:-}"
       [[ "$seconds" =~ ^[0-9]+$ ]] || bad_usage "--seconds needs a number"
+      shift
+      ;;
+    --timeout)
+      timeout="${2:-}"
+      [[ "$timeout" =~ ^[0-9]+$ ]] || bad_usage "--timeout needs a number"
       shift
       ;;
     -*) bad_usage "fuzz has no option $1" ;;
@@ -39,11 +46,8 @@ if ((${#targets[@]} == 0)); then
 fi
 
 # Bounds for one input: seconds, and megabytes in all and at once.
-limits=(-timeout=30 -rss_limit_mb=2048 -malloc_limit_mb=256 -max_len=4096)
+limits=(-timeout="$timeout" -report_slow_units="$timeout" -rss_limit_mb=2048 -malloc_limit_mb=256 -max_len=4096)
 most_inputs=48
-# The maps of files are far larger than the files; what counts is what is touched.
-export ASAN_OPTIONS="${ASAN_OPTIONS:-detect_leaks=1}"
-
 # The value of a line "stat::NAME: VALUE" of libFuzzer's.
 statistic() { sed -n "s/^stat::$2: *//p" "$1" | tail -n 1; }
 
