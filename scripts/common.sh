@@ -16,6 +16,7 @@ packages_windows="cmake g++-mingw-w64-x86-64-posix googletest libwine-dev mingw-
 packages_windows32="$packages_windows g++-mingw-w64-i686-posix"
 packages_test_windows="$packages_build $packages_windows imagemagick x11-utils xvfb"
 packages_fuzz="$packages_build clang"
+packages_coverage="$packages_test clang llvm"
 
 # Stops the command with a sentence.
 die() {

@@ -14,7 +14,7 @@ constexpr std::array<char32_t, 4> kLeast = {0, 0x80, 0x800, 0x10000};
 
 bool IsHighSurrogate(char32_t unit) { return unit >= 0xD800 && unit < 0xDC00; }
 bool IsLowSurrogate(char32_t unit) { return unit >= 0xDC00 && unit < 0xE000; }
-bool IsSurrogate(char32_t unit) { return unit >= 0xD800 && unit < 0xE000; }
+bool IsSurrogate(char32_t unit) { return IsHighSurrogate(unit) || IsLowSurrogate(unit); }
 
 // Takes one character off the front; pairs exist only where wchar_t is 16 bits wide.
 char32_t TakeCharacter(std::wstring_view& text) {

@@ -1,5 +1,7 @@
 #include "com/script_object.h"
 
+#include <algorithm>
+#include <cstdint>
 #include <string>
 #include <utility>
 
@@ -11,6 +13,8 @@ namespace {
 
 constexpr const wchar_t* kValue = L"value";
 constexpr const wchar_t* kLength = L"length";
+// A script can give an array any length without an element; the texts of it are all made.
+constexpr std::int64_t kGreatestArray = 10'000'000;
 
 HRESULT FindProperty(IDispatch* object, const std::wstring& name, DISPID& number) {
   auto* text = const_cast<wchar_t*>(name.c_str());
@@ -80,6 +84,7 @@ HRESULT ReadScriptArray(IDispatch* array, TextMatrix& matrix) {
   IDispatch* firstInner = fields < 1 ? nullptr : Inner(array, 0, first);
   const std::int32_t records = firstInner == nullptr ? -1 : LengthOf(firstInner);
   if (records < 0) return DISP_E_TYPEMISMATCH;
+  if (std::int64_t{fields} * std::max(records, 1) > kGreatestArray) return DISP_E_OVERFLOW;
   matrix = TextMatrix({0, fields - 1}, {0, records - 1});
   for (std::int32_t field = 0; field < fields; ++field) {
     Variant holder;

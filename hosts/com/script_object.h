@@ -16,7 +16,8 @@ HRESULT ReadObject(IDispatch* object, VARIANT& value);
 void WriteObject(IDispatch* object, VARIANT& value);
 
 /// Reads an array of arrays, the outer one by fields and the inner ones by records, all of them as
-/// long as the first and counted from 0. Missing elements are the empty text.
+/// long as the first and counted from 0. Missing elements are the empty text. More than 10 million
+/// elements are refused with DISP_E_OVERFLOW.
 HRESULT ReadScriptArray(IDispatch* array, TextMatrix& matrix);
 /// Writes every element.
 void WriteScriptArray(const TextMatrix& matrix, IDispatch* array);

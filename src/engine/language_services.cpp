@@ -53,7 +53,29 @@ class FieldColumn final : public command::Column {
   std::int32_t read_ = 0;  ///< the record read last
 };
 
+/// The formulas that one formula may set going in all.
+constexpr std::int32_t kMostFormulas = 100'000;
+
 }  // namespace
+
+/// A formula under way. Each may read two cells whose formulas read two others in turn, so that the
+/// bound on nesting is none on the work.
+class LanguageServices::FormulaRun {
+ public:
+  explicit FormulaRun(LanguageServices& services) : services_(services) {
+    if (services_.formulasUnderWay_ == 0) services_.formulasStarted_ = 0;
+    if (++services_.formulasStarted_ > kMostFormulas) {
+      platform::Raise(platform::RunTimeError::kOutOfStack);
+    }
+    ++services_.formulasUnderWay_;
+  }
+  ~FormulaRun() { --services_.formulasUnderWay_; }
+  FormulaRun(const FormulaRun&) = delete;
+  FormulaRun& operator=(const FormulaRun&) = delete;
+
+ private:
+  LanguageServices& services_;
+};
 
 std::optional<std::string> LanguageServices::Run(std::string_view text, const std::wstring& path,
                                                  std::int32_t record, std::int16_t field) {
@@ -115,6 +137,7 @@ std::string LanguageServices::EvaluateFormula(const std::wstring& path, std::int
   if (formula == nullptr || formula->text.empty()) return std::string(text);
   std::string command = formula->text;
   if (command.back() != ';') command += ';';
+  const FormulaRun run(*this);
   return Run(command, path, record, field).value_or(std::string());
 }
 

@@ -43,8 +43,12 @@ class LanguageServices final : public command::Services,
                               std::int16_t typeNumber, std::string_view text) override;
 
  private:
+  class FormulaRun;
+
   storage::Storage& storage_;
   command::Evaluator evaluator_;
+  std::int32_t formulasUnderWay_ = 0;
+  std::int32_t formulasStarted_ = 0;  ///< since the outermost of them
 };
 
 }  // namespace orv::engine

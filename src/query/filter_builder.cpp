@@ -113,7 +113,9 @@ void Process::Fail(FilterClass::Claim& claim, RunTimeError number) {
 /// False when there is no view to store; why shows in the error code.
 bool Process::Fill(FilterClass::Claim& claim) {
   if (platform::Trim(path_).empty() || !Reopen()) return false;
-  records_ = storage_.RecordCount(base_.at());
+  const Location& base = base_.at();
+  // A table's header can claim two thousand million records; nobody could wait for them.
+  records_ = base.IsDbase() ? storage_.ReadableRecordCount(base) : storage_.RecordCount(base);
   if (records_ > 0 && !Collect(claim)) return false;
   if (!claim.Stands()) return false;
   Store(claim);

@@ -30,8 +30,6 @@ void RunTable::Resize(std::int32_t count) {
   indexed_ = false;
 }
 
-void RunTable::Clear() { *this = {}; }
-
 const RecordRun& RunTable::Get(std::int32_t pos) const {
   if (pos < 1 || pos > Count()) Raise(RunTimeError::kSubscript);
   return runs_[static_cast<std::size_t>(pos - 1)];

@@ -21,7 +21,6 @@ class RunTable {
  public:
   /// Makes the table `count` runs long, all (0, 0).
   void Resize(std::int32_t count);
-  void Clear();
   std::int32_t Count() const { return static_cast<std::int32_t>(runs_.size()); }
 
   /// Run `pos`, from 1; raises 9 outside the table.

@@ -44,9 +44,10 @@ void DictionaryWriter::Write(std::int32_t descriptor, std::int32_t r, std::strin
   const std::int32_t now = text.empty() ? 0 : IndexOf(values, text);
   if (now == before || error_.IsSet()) return;
   if (now > DictionaryIndex::Greatest(index.width())) index = Widened(descriptor, index, now);
+  // The greater count may need room and fail; the cell changes only after it stands.
+  AddToCount(values, now, 1);
   index.Write(file_, r, now);
   AddToCount(values, before, -1);
-  AddToCount(values, now, 1);
 }
 
 std::int32_t DictionaryWriter::IndexOf(std::int32_t dictionaryMatrix, std::string_view text) {

@@ -87,6 +87,18 @@ std::string_view FieldReader::Read(std::int32_t r) {
   }
 }
 
+std::int64_t FieldReader::Reach() const {
+  try {
+    if (style_.freeSize == free_size::kFree) {
+      return ChainLength(file_, start_, layout::kPointerBytes);
+    }
+    if (style_.freeSize == free_size::kFixed) return ChainLength(file_, start_, style_.cellSize);
+  } catch (const platform::RunTimeFailure&) {
+    return platform::kGreatestLength;
+  }
+  return style_.freeSize == free_size::kDictionary ? file_.Length() : 0;
+}
+
 /// Whether the data has an entry for record `r`; finds its block when it is not the one read last.
 bool FieldReader::Reaches(std::int32_t r, std::int32_t entryBytes) {
   if (r >= runFirst_ && r < runFirst_ + run_.count) return true;

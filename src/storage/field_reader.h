@@ -49,7 +49,10 @@ class FieldReader {
   /// Position of the cell read last, 0 when it is empty or its style has no cells.
   std::int32_t cell() const { return cell_; }
 
-  std::int32_t records() const { return records_; }
+  /// The records from 1 on that the field's data has entries for: none behind them has a text. Data
+  /// whose end cannot be told reaches the greatest record number; reading it fails at the damage.
+  std::int64_t Reach() const;
+
   const FieldStyle& style() const { return style_; }
   std::int32_t descriptor() const { return descriptor_; }
   /// The decoded type number of the field's own code.

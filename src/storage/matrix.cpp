@@ -140,10 +140,13 @@ void CreateFieldDescriptor(File& file, std::int32_t matrix, std::int16_t f, Erro
   file.WriteInt32(slot.position, AppendFieldDescriptor(file));
 }
 
-std::int32_t ReadableRecordCount(const File& file, std::int32_t matrix) {
+std::int32_t PlausibleRecordCount(const File& file, std::int32_t count) {
   const std::int64_t greatest = std::max(file.Length(), kPlausibleRecords);
-  return static_cast<std::int32_t>(
-      std::min<std::int64_t>(ContainerRecordCount(file, matrix), greatest));
+  return static_cast<std::int32_t>(std::min<std::int64_t>(count, greatest));
+}
+
+std::int32_t ReadableRecordCount(const File& file, std::int32_t matrix) {
+  return PlausibleRecordCount(file, ContainerRecordCount(file, matrix));
 }
 
 std::int32_t TrustedRecordCount(const File& file, std::int32_t matrix) {

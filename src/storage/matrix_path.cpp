@@ -30,7 +30,6 @@ class Protection {
     }
     return depth_ == 0;
   }
-  bool InString() const { return inString_; }
 
  private:
   bool inString_ = false;

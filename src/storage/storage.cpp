@@ -53,6 +53,12 @@ std::int32_t Storage::RecordCount(const Location& at) {
   return at.IsMatrix() ? TrustedRecordCount(*at.file, at.position) : -1;
 }
 
+std::int32_t Storage::ReadableRecordCount(const Location& at) {
+  if (at.IsMatrix() && !at.IsView()) return storage::ReadableRecordCount(*at.file, at.position);
+  const std::int32_t records = RecordCount(at);
+  return at.IsDbase() && !at.IsView() ? PlausibleRecordCount(*at.file, records) : records;
+}
+
 std::int32_t Storage::FieldCount(const Location& at) {
   if (at.IsView()) return ports.filters->FieldCount(at.filter);
   return at.IsTable() ? fields.GetNumFld(at.position, *at.file) : -1;

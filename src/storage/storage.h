@@ -43,6 +43,8 @@ class Storage final : public CacheReset {
   /// Raises 9 for a matrix whose count is damaged, so that nobody loops over records that cannot
   /// be.
   std::int32_t RecordCount(const Location& at);
+  /// The records that loops over the location go through: a damaged count is cut to what can be.
+  std::int32_t ReadableRecordCount(const Location& at);
   /// Fields of the location, likewise.
   std::int32_t FieldCount(const Location& at);
   /// The record that record `r` of the location stands for: `r` itself, or the view's underlying

@@ -7,8 +7,7 @@ namespace orv::storage {
 TableReader::TableReader(Storage& storage, const Location& at)
     : storage_(storage),
       at_(at),
-      records_(at.IsMatrix() && !at.IsView() ? ReadableRecordCount(*at.file, at.position)
-                                             : storage.RecordCount(at)),
+      records_(storage.ReadableRecordCount(at)),
       fields_(storage.FieldCount(at)) {
   if (!at.IsMatrix() || fields_ < 1) return;
   readers_.reserve(static_cast<std::size_t>(fields_));

@@ -1,5 +1,8 @@
 #include "storage/type_tables.h"
 
+#include <algorithm>
+#include <limits>
+
 #include "platform/code_page.h"
 #include "storage/dictionary.h"
 #include "storage/field_reader.h"
@@ -27,21 +30,35 @@ FieldReader ReaderOf(File& file, std::int32_t matrix, std::int16_t f) {
   return {file, matrix, descriptor, nullptr};
 }
 
-/// Calls `take` for record 1, 2, ... until the records or the readable part of a damaged table end.
+/// The records that one reading of a type world may still go through. Many types can share one
+/// list, so that a small file describes more records than could ever be read.
+class Budget {
+ public:
+  explicit Budget(const File& file)
+      : left_(PlausibleRecordCount(file, std::numeric_limits<std::int32_t>::max())) {}
+  bool Take() { return left_-- > 0; }
+
+ private:
+  std::int64_t left_;
+};
+
+/// Calls `take` for record 1, 2, ... up to `reach` until the records, the budget or the readable
+/// part of a damaged table end.
 template <typename Take>
-void ForEachRecord(const File& file, std::int32_t matrix, Take take) {
-  const std::int32_t records = ReadableRecordCount(file, matrix);
+void ForEachRecord(const File& file, std::int32_t matrix, std::int64_t reach, Budget& budget,
+                   Take take) {
+  const std::int64_t records = std::min<std::int64_t>(ReadableRecordCount(file, matrix), reach);
   try {
-    for (std::int32_t r = 1; r <= records; ++r) take(r);
+    for (std::int32_t r = 1; r <= records && budget.Take(); ++r) take(r);
   } catch (const RunTimeFailure&) {
     return;  // what was readable so far counts
   }
 }
 
-void ReadProperties(File& file, std::int32_t matrix, TypeTable::Row& row) {
+void ReadProperties(File& file, std::int32_t matrix, Budget& budget, TypeTable::Row& row) {
   FieldReader names = ReaderOf(file, matrix, kNameField);
   FieldReader values = ReaderOf(file, matrix, kValueField);
-  ForEachRecord(file, matrix, [&](std::int32_t r) {
+  ForEachRecord(file, matrix, names.Reach(), budget, [&](std::int32_t r) {
     const std::string name = platform::FoldCase(names.Read(r));
     if (name.empty()) return;
     TypeProperty property{std::string(values.Read(r)), 0};
@@ -55,14 +72,16 @@ TypeTable ReadTable(File& file, std::int32_t types) {
   FieldReader identifiers = ReaderOf(file, types, kIdentifierField);
   FieldReader keys = ReaderOf(file, types, kKeyField);
   FieldReader properties = ReaderOf(file, types, kPropertiesField);
-  ForEachRecord(file, types, [&](std::int32_t r) {
+  Budget budget(file);
+  const std::int64_t reach = std::max(identifiers.Reach(), keys.Reach());
+  ForEachRecord(file, types, reach, budget, [&](std::int32_t r) {
     TypeTable::Row row{r, {}};
     const std::string identifier(identifiers.Read(r));
     const std::string key(keys.Read(r));
     properties.Read(r);
     if (properties.code() < 0) {
       try {
-        ReadProperties(file, properties.cell(), row);
+        ReadProperties(file, properties.cell(), budget, row);
       } catch (const RunTimeFailure&) {
         row.properties.clear();  // a type whose list is damaged has no properties
       }
@@ -108,7 +127,8 @@ std::unordered_map<std::string, std::int32_t>& TypeTables::DictionaryValues(
     return known->second;
   std::unordered_map<std::string, std::int32_t> values;
   FieldReader reader = ReaderOf(file, dictionaryMatrix, kDictionaryValueField);
-  ForEachRecord(file, dictionaryMatrix,
+  Budget budget(file);
+  ForEachRecord(file, dictionaryMatrix, reader.Reach(), budget,
                 [&](std::int32_t r) { values.try_emplace(std::string(reader.Read(r)), r); });
   return dictionaries_.emplace(key, std::move(values)).first->second;
 }

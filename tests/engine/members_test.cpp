@@ -120,7 +120,8 @@ TEST(MembersTest, AreFoundByNameInAnyLetterCase) {
     std::string lower(member.name());
     for (char& letter : lower) letter = static_cast<char>(std::tolower(letter));
     std::wstring upper(member.name().begin(), member.name().end());
-    for (wchar_t& letter : upper) letter = static_cast<wchar_t>(std::towupper(letter));
+    for (wchar_t& letter : upper)
+      letter = static_cast<wchar_t>(std::towupper(static_cast<std::wint_t>(letter)));
     EXPECT_EQ(FindMember(member.name()), &member);
     EXPECT_EQ(FindMember(lower), &member);
     EXPECT_EQ(FindMember(upper), &member);

@@ -8,6 +8,7 @@ std::int64_t ContainerBytes::Integer(std::int64_t position, int width, bool isSi
   if (position < 1 || position - 1 + width > size()) {
     throw std::out_of_range("position " + std::to_string(position));
   }
+  if (reads_ != nullptr) reads_->insert({position, width});
   std::uint64_t value = 0;
   for (int i = width - 1; i >= 0; --i) {
     value =

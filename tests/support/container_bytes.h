@@ -1,12 +1,21 @@
 // A container file's bytes, read without the engine.
 #pragma once
 
+#include <compare>
 #include <cstdint>
+#include <set>
 #include <string>
 #include <string_view>
 #include <vector>
 
 namespace orv::test {
+
+/// An integer of a file: where it stands and how many bytes it has.
+struct Word {
+  std::int64_t position = 0;
+  int width = 0;
+  friend auto operator<=>(const Word&, const Word&) = default;
+};
 
 /// The bytes of a container file with its structures found by their positions, which count from 1.
 /// It is written from the description of the format alone and shares nothing with the engine. Wild
@@ -14,6 +23,9 @@ namespace orv::test {
 class ContainerBytes {
  public:
   explicit ContainerBytes(std::string bytes) : bytes_(std::move(bytes)) {}
+
+  /// Takes note in `reads` of every integer that is read from now on. The set outlives the object.
+  void RecordReads(std::set<Word>& reads) { reads_ = &reads; }
 
   const std::string& bytes() const { return bytes_; }
   std::int64_t size() const { return static_cast<std::int64_t>(bytes_.size()); }
@@ -48,6 +60,7 @@ class ContainerBytes {
   void Put(std::int64_t position, int width, std::int64_t value);
 
   std::string bytes_;
+  std::set<Word>* reads_ = nullptr;
 };
 
 }  // namespace orv::test

@@ -6,8 +6,6 @@
 #include <set>
 #include <stdexcept>
 
-#include "support/container_bytes.h"
-
 namespace orv::test {
 namespace {
 
@@ -22,6 +20,8 @@ class Walker {
   explicit Walker(std::string_view file) : file_(std::string(file)) {
     walk_.uses.assign(file.size(), ByteUse::kDead);
   }
+
+  void RecordReads(std::set<Word>& reads) { file_.RecordReads(reads); }
 
   StructureWalk Walk() {
     Guarded("file header", [&] { WalkHeader(); });
@@ -279,5 +279,13 @@ std::string StructureWalk::Text() const {
 }
 
 StructureWalk WalkStructures(std::string_view file) { return Walker(file).Walk(); }
+
+std::vector<Word> MeaningfulWords(std::string_view file) {
+  std::set<Word> words;
+  Walker walker(file);
+  walker.RecordReads(words);
+  walker.Walk();
+  return {words.begin(), words.end()};
+}
 
 }  // namespace orv::test

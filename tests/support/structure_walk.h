@@ -7,6 +7,8 @@
 #include <string_view>
 #include <vector>
 
+#include "support/container_bytes.h"
+
 namespace orv::test {
 
 /// What a byte of a file is for.
@@ -49,5 +51,9 @@ struct StructureWalk {
 /// structures, a descriptor in every slot up to the field count and none behind it, cells for
 /// records only, and indexes for values that the dictionary holds.
 StructureWalk WalkStructures(std::string_view file);
+
+/// The integers of a sound file that mean something, by position: pointers, counts, lengths, codes,
+/// style bytes, index entries.
+std::vector<Word> MeaningfulWords(std::string_view file);
 
 }  // namespace orv::test

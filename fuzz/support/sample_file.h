@@ -1,19 +1,25 @@
-// The small container file that the fuzz targets work on.
+// The small container file that the text targets work on.
 #pragma once
 
 #include <cstdint>
-#include <cstdlib>
-#include <filesystem>
 #include <string>
+#include <string_view>
 
 #include "orv/engine.h"
 
+#include "fuzz/support/confinement.h"
 #include "platform/code_page.h"
+#include "support/temp_folder.h"
 
 namespace orv::fuzz {
 
-/// A file of six records by three fields in a folder of its own, which becomes the working folder:
-/// inputs may name files, and opening a missing one can create it.
+/// The text that an input stands for.
+inline std::wstring Text(const std::uint8_t* data, std::size_t size) {
+  return platform::ToWide(std::string_view(reinterpret_cast<const char*>(data), size));
+}
+
+/// A file of six records by three fields in a folder of its own, in which all files stay that
+/// inputs name: opening a missing one can create it.
 class SampleFile {
  public:
   static SampleFile& Instance() {
@@ -24,15 +30,21 @@ class SampleFile {
   Engine& engine() { return engine_; }
   const std::wstring& path() const { return path_; }
 
-  static std::wstring Text(const std::uint8_t* data, std::size_t size) {
-    return platform::ToWide(std::string_view(reinterpret_cast<const char*>(data), size));
+  /// Ends an input: closes all files, deletes those that it made, restores this one and has
+  /// another path take the place of the one resolved last, which closing does not forget.
+  void Finish() {
+    engine_.CloseAll();
+    Clear(folder_.path());
+    test::WriteBytes(kName, bytes_);
+    test::WriteBytes(kOtherName, bytes_);
+    std::wstring other = test::Quoted(kOtherName);
+    engine_.Records(other);
+    engine_.CloseAll();
   }
 
  private:
   SampleFile() {
-    std::string folder = (std::filesystem::temp_directory_path() / "orv-fuzz-XXXXXX").string();
-    if (mkdtemp(folder.data()) == nullptr) std::abort();
-    std::filesystem::current_path(folder);
+    ConfineTo(folder_.path());
     std::wstring title = L"Sample";
     engine_.CmdNewOrvDB(path_, title);
     AddGrid(path_);
@@ -48,6 +60,8 @@ class SampleFile {
     AddGrid(path_ + L"/[2,2]");
     Property(L"type", L"int");
     Property(L"comp", L"=cell(rec,1)+1;");
+    engine_.CloseAll();
+    bytes_ = test::ReadBytes(kName);
   }
 
   void AddGrid(std::wstring path) {
@@ -69,11 +83,15 @@ class SampleFile {
     engine_.SetTypeValue(path_, record, field, name, value);
   }
 
+  static constexpr const wchar_t* kName = L"sample.orv";
+  static constexpr const wchar_t* kOtherName = L"other.orv";
   static constexpr std::int16_t kFields = 3;
   static constexpr std::int32_t kRecords = 6;
 
+  test::TempFolder folder_;
   Engine engine_;
-  std::wstring path_ = L"\"sample.orv\"";
+  std::wstring path_ = test::Quoted(kName);
+  std::string bytes_;
 };
 
 }  // namespace orv::fuzz
