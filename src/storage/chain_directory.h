@@ -101,7 +101,7 @@ class ChainDirectory final : public platform::FileMemory {
   static std::size_t IndexOf(std::uint64_t key) {
     constexpr std::uint64_t kSpread = 0x9E3779B97F4A7C15;  // makes the upper bits differ
     constexpr int kShift = 64 - std::bit_width(kRecent - 1);
-    return (key * kSpread) >> kShift;
+    return static_cast<std::size_t>((key * kSpread) >> kShift);
   }
   static ChainBlocks& LookUp(platform::File& file, std::int32_t start, std::int32_t entryBytes);
 

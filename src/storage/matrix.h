@@ -89,21 +89,15 @@ void CreateFieldDescriptor(platform::File& file, std::int32_t matrix, std::int16
                            ErrorCode& error);
 
 /// Records of a container matrix: 0 without a field table, -1 for matrix position 0.
-<<<<<<< HEAD
 inline std::int32_t ContainerRecordCount(const platform::File& file, std::int32_t matrix) {
   if (matrix == 0) return -1;
   const std::int32_t table = FieldTablePosition(file, matrix);
   return table < 1 ? 0 : file.Int32At(std::int64_t{table} + layout::field_table::kRecords);
 }
-/// The records that loops over a matrix go through. A damaged count can claim more records than the
-/// file could ever hold; such a count is cut to the file's length.
-=======
-std::int32_t ContainerRecordCount(const platform::File& file, std::int32_t matrix);
 /// A record count as it can be true: one that claims more records than the file could ever hold is
 /// cut to the file's length, or to a million.
 std::int32_t PlausibleRecordCount(const platform::File& file, std::int32_t count);
 /// The records that loops over a matrix go through, whatever a damaged count claims.
->>>>>>> hostile
 std::int32_t ReadableRecordCount(const platform::File& file, std::int32_t matrix);
 /// The record count for an operation that allocates by it; raises 9 for a count below 0 or beyond
 /// all that the file could hold, so that damage never makes a file grow without bound.

@@ -7,11 +7,8 @@
 #include <gtest/gtest.h>
 
 #include "support/container_bytes.h"
-<<<<<<< HEAD
 #include "support/damage.h"
-=======
 #include "support/exercise.h"
->>>>>>> hostile
 #include "support/peak_memory.h"
 #include "support/structure_walk.h"
 #include "support/styled_file.h"
@@ -24,115 +21,8 @@ using test::ContainerBytes;
 using test::Driver;
 namespace styled = test::styled;
 
-<<<<<<< HEAD
-/// Calls every member that reads or writes with what the file has and a little beyond.
-class Exercise {
-=======
-/// Nested matrices, every style, properties, a dictionary, long texts, chains of many blocks.
-std::string RichFile() {
-  Driver db;
-  MakeStyledFile(db);
-  for (int r = 1; r <= 30; ++r) db.AddRecords(L"", 1, r);
-  for (int r = 1; r <= 30; ++r) {
-    db.Set(L"", r, styled::kFree, std::string(static_cast<std::size_t>(r * r), 'f'));
-    db.Set(L"", r, styled::kText, "t" + std::to_string(r));
-    db.Set(L"", r, styled::kPacked, std::to_string(r * 100));
-    db.Set(L"", r, styled::kInt, std::to_string(r * 1000000));
-    db.Set(L"", r, styled::kDictionary, "value " + std::to_string(r % 9));
-  }
-  for (int f = 1; f <= styled::kFields; ++f) db.Set(L"", 0, f, "field " + std::to_string(f));
-  db.Set(L"", 2, 1, std::string(3000, 'x'));
-  db.Set(L"", 2, 1, "short");
-  db.Set(L"", 2, 1, std::string(5000, 'y'));
-  db.SetType(L"", 3, 1, "comp", "=cell(1,1);");
-  db.SetType(L"", 0, 1, "hint", "a title");
-  db.SetType(L"", -8, 1, "font", "bold");
-  std::wstring steps;
-  for (const auto* step : {L"/[5,1]", L"/[2,2]", L"/[1,1]"}) {
-    db.Put(steps, std::stoi(std::wstring(step).substr(2, 1)),
-           std::stoi(std::wstring(step).substr(4, 1)), "deep");
-    steps += step;
-    db.AddFields(steps, 2, 1);
-    db.AddRecords(steps, 3, 1);
-    db.Set(steps, 3, 2, "bottom");
-  }
-  db.CloseAll();
-  return db.Bytes();
-}
-
-/// Positions whose int32 could be a pointer into the file or a count.
-std::vector<std::int64_t> PointerPositions(const ContainerBytes& file) {
-  std::vector<std::int64_t> positions;
-  for (std::int64_t at = 1; at + 3 <= file.size(); ++at) {
-    const std::int64_t value = file.Int32(at);
-    if (value > 0 && value <= file.size()) positions.push_back(at);
-  }
-  return positions;
-}
-
-class Damage {
- public:
-  Damage(const ContainerBytes& whole, unsigned seed) : whole_(whole), random_(seed) {}
-
-  std::string Next() {
-    static const std::vector<std::int64_t> pointers = PointerPositions(whole_);
-    ContainerBytes file = whole_;
-    for (std::uint32_t times = 1 + Below(3); times > 0; --times) Hurt(file, pointers);
-    return Below(5) == 0 ? file.bytes().substr(0, Below(static_cast<std::uint32_t>(file.size())))
-                         : file.bytes();
-  }
-
- private:
-  std::uint32_t Below(std::uint32_t end) { return static_cast<std::uint32_t>(random_()) % end; }
-
-  void Hurt(ContainerBytes& file, const std::vector<std::int64_t>& pointers) {
-    const auto size = static_cast<std::uint32_t>(file.size());
-    switch (Below(5)) {
-      case 0: {  // a bit
-        const std::int64_t at = 1 + Below(size);
-        file.PutByte(at, file.Byte(at) ^ (1 << Below(8)));
-        return;
-      }
-      case 1: {  // a byte
-        file.PutByte(1 + Below(size), Below(256));
-        return;
-      }
-      default:  // a pointer or a count
-        const std::int64_t at = pointers[Below(static_cast<std::uint32_t>(pointers.size()))];
-        file.PutInt32(at, WildValue(at, size));
-    }
-  }
-
-  std::int64_t WildValue(std::int64_t at, std::uint32_t size) {
-    switch (Below(9)) {
-      case 0:
-        return at;  // itself
-      case 1:
-        return at - static_cast<std::int64_t>(Below(64));  // something just before, itself included
-      case 2:
-        return size + Below(100);
-      case 3:
-        return INT32_MAX - static_cast<std::int64_t>(Below(3));
-      case 4:
-        return INT32_MIN + static_cast<std::int64_t>(Below(3));
-      case 5:
-        return -static_cast<std::int64_t>(Below(100));
-      case 6:
-        return 1 + Below(size);  // anywhere inside
-      case 7:
-        return std::int64_t{1} << Below(31);
-      default:
-        return 52;  // the root
-    }
-  }
-
-  const ContainerBytes& whole_;
-  std::mt19937 random_;
-};
-
 /// Calls every member on the rich file's matrices, and on a matrix put above them all.
 class WholeExercise {
->>>>>>> hostile
  public:
   WholeExercise(Driver& db, bool damaged) : db_(db), exercise_(db), damaged_(damaged) {}
 
