@@ -121,15 +121,17 @@ TEST_F(HostileFileTest, AHundredThousandPointersToOneLongText) {
 
 TEST_F(HostileFileTest, ACopyThatIsEndedBeforeItsDictionaryIsSound) {
   constexpr int kRecords = 1000;
+  constexpr int kTexts = test::styled::kFields + 1;  // behind the dictionary field
   test::Driver db;
   MakeStyledFile(db);
+  db.AddFields(L"", 1, kTexts);
   db.AddRecords(L"", kRecords, 1);
-  db.Set(L"", 1, test::styled::kFree, std::string(100000, 'x'));
+  db.Set(L"", 1, kTexts, std::string(100000, 'x'));
   db.Set(L"", 1, test::styled::kDictionary, "value");
   ASSERT_EQ(db.Error(), 0);
   db.CloseAll();
   ContainerBytes file(db.Bytes());
-  const std::int64_t data = file.Int32(file.Descriptor(file.Root(), test::styled::kFree));
+  const std::int64_t data = file.Int32(file.Descriptor(file.Root(), kTexts));
   for (int r = 2; r <= kRecords; ++r) file.PutInt32(data + 4 * r, file.Int32(data + 4));
   EXPECT_EQ(Bear(file.bytes()).findings.listed().size(), std::size_t{kRecords - 1});
   EXPECT_TRUE(rescued_.lost);
