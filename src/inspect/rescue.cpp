@@ -547,16 +547,20 @@ class FileRescue {
       Lose(field, present + 1, "the index ends before this record");
     }
     if (field.start < 1 || !HasRoom(std::int64_t{records} * width)) return;
-    const DictionaryIndex index(field.start, width);
+    const std::string block = IndexBlock(field, present, records);
+    const std::int32_t start = storage::EndOfFile(target_);
+    target_.Write(start, block);
+    target_.WriteInt32(field.to, start);
+    rescued_.cells += records;
+    packed_.push_back({field, records});
+  }
+
+  /// The index with 0 for entries that the file or the dictionary does not have.
+  std::string IndexBlock(const Field& field, std::int64_t present, std::int32_t records) {
+    const DictionaryIndex index(field.start, field.style.cellSize);
     std::string block(DictionaryIndex::kHeadBytes, '\0');
     storage::PatchInteger(block, 0, DictionaryIndex::kTag);
-    // Without a dictionary the field will be unpacked, which tells what is missing.
-    DictionaryCheck dictionary(source_);
-    const std::int64_t values =
-        dictionary
-            .CountValues(
-                {{}, matrices_[field.matrix].from, field.from, field.start, width, present})
-            .value_or(std::numeric_limits<std::int32_t>::max());
+    const std::int64_t values = CountValues(field, present);
     std::int64_t wrong = 0;
     std::int32_t first = 0;
     for (std::int32_t r = 1; r <= records; ++r) {
@@ -565,7 +569,7 @@ class FileRescue {
         if (++wrong == 1) first = r;
         value = 0;
       }
-      DictionaryIndex::AppendEntry(block, width, value);
+      DictionaryIndex::AppendEntry(block, field.style.cellSize, value);
     }
     if (wrong > 0) {
       Lose(field, first,
@@ -573,11 +577,21 @@ class FileRescue {
                " cells have an index above the dictionary's " + std::to_string(values) + " values");
     }
     storage::AppendInteger(block, std::int32_t{0});
-    const std::int32_t start = storage::EndOfFile(target_);
-    target_.Write(start, block);
-    target_.WriteInt32(field.to, start);
-    rescued_.cells += records;
-    packed_.push_back({field, records});
+    return block;
+  }
+
+  /// Values of the field's dictionary. Without one there is no limit: the field will be unpacked,
+  /// which tells what is missing.
+  std::int64_t CountValues(const Field& field, std::int64_t present) {
+    DictionaryCheck dictionary(source_);
+    return dictionary
+        .CountValues({{},
+                      matrices_[field.matrix].from,
+                      field.from,
+                      field.start,
+                      field.style.cellSize,
+                      present})
+        .value_or(std::numeric_limits<std::int32_t>::max());
   }
 
   storage::FieldReader SourceReader(const Field& field) {
@@ -587,11 +601,10 @@ class FileRescue {
   /// A packed field must read as in the source, by the types of the copy; otherwise its texts are
   /// written one by one.
   void VerifyPacked(const PackedField& packed) {
-    if (full_) return;
     if (!HasDictionary(packed)) {
       return Unpack(packed, "its dictionary is not to be had");
     }
-    if (!ReadsAsBefore(packed)) Unpack(packed, "its cells would read differently");
+    if (!full_ && !ReadsAsBefore(packed)) Unpack(packed, "its cells would read differently");
   }
 
   bool HasDictionary(const PackedField& packed) {

@@ -12,6 +12,7 @@
 #include "support/container_bytes.h"
 #include "support/driver.h"
 #include "support/peak_memory.h"
+#include "support/styled_file.h"
 #include "support/tier.h"
 
 namespace orv {
@@ -45,7 +46,7 @@ class HostileFileTest : public testing::Test {
  protected:
   /// Inspects, dumps and rescues within the time.
   inspect::Inspection Bear(const std::string& bytes) {
-    constexpr auto kTime = std::chrono::seconds(20);
+    constexpr auto kTime = std::chrono::seconds(120);
     constexpr std::size_t kMemoryKilobytes = std::size_t{1} << 20;
     const std::size_t before = test::PeakKilobytes();
     const auto begin = std::chrono::steady_clock::now();
@@ -116,6 +117,27 @@ TEST_F(HostileFileTest, AHundredThousandPointersToOneLongText) {
   EXPECT_EQ(inspection.findings.unlisted(), 99999 - 10000);
   EXPECT_TRUE(rescued_.lost);
   EXPECT_LT(copy_.size(), many.bytes().size() * 16 + (std::size_t{17} << 20));
+}
+
+TEST_F(HostileFileTest, ACopyThatIsEndedBeforeItsDictionaryIsSound) {
+  constexpr int kRecords = 1000;
+  constexpr int kTexts = test::styled::kFields + 1;  // behind the dictionary field
+  test::Driver db;
+  MakeStyledFile(db);
+  db.AddFields(L"", 1, kTexts);
+  db.AddRecords(L"", kRecords, 1);
+  db.Set(L"", 1, kTexts, std::string(100000, 'x'));
+  db.Set(L"", 1, test::styled::kDictionary, "value");
+  ASSERT_EQ(db.Error(), 0);
+  db.CloseAll();
+  ContainerBytes file(db.Bytes());
+  const std::int64_t data = file.Int32(file.Descriptor(file.Root(), kTexts));
+  for (int r = 2; r <= kRecords; ++r) file.PutInt32(data + 4 * r, file.Int32(data + 4));
+  EXPECT_EQ(Bear(file.bytes()).findings.listed().size(), std::size_t{kRecords - 1});
+  EXPECT_TRUE(rescued_.lost);
+  EXPECT_THAT(rescued_.remarks,
+              testing::Contains(testing::Field(&inspect::RescueRemark::what,
+                                               testing::HasSubstr("its dictionary is not"))));
 }
 
 TEST_F(HostileFileTest, AMatrixThatHoldsItselfInEveryCell) {
