@@ -90,7 +90,8 @@ class SlotsWriter {
     std::string front(file_.View(from, bytes));
     PatchInteger(front, 0, count);
     for (int f = change_.first; f <= last; ++f) {
-      PatchInteger(front, static_cast<std::size_t>(kSlots + (f - 1) * kPointerBytes), SlotOf(f));
+      PatchInteger(front, static_cast<std::size_t>(kSlots + std::int64_t{f - 1} * kPointerBytes),
+                   SlotOf(f));
     }
     file_.Write(from, front);
   }
