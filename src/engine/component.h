@@ -27,7 +27,7 @@ class Component {
   query::Search search;
   query::SortClass sort;
   RoomServices services;
-  std::string cellText;  ///< the text being written; its room is used again by the next write
+  std::string cellText;  ///< room for the text being written
 
  private:
   Component();

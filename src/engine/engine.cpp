@@ -92,8 +92,8 @@ std::int32_t Engine::Fields(std::wstring& p) {
 
 void Engine::SetCellValue(std::wstring& v, std::wstring& p, std::int32_t& Rec, std::int16_t& Fld) {
   CallMember([&](Component& component) {
-    ToBytes(v, component.cellText);
-    component.storage.cells.SvrSetCellValue(component.cellText, p, Rec, Fld);
+    const std::string_view text = ToBytes(v, component.cellText);
+    component.storage.cells.SvrSetCellValue(text, p, Rec, Fld);
   });
 }
 

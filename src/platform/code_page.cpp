@@ -1,6 +1,7 @@
 #include "platform/code_page.h"
 
 #include <array>
+#include <bit>
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
@@ -91,44 +92,95 @@ bool IsSecondHalf([[maybe_unused]] std::wstring_view wide, [[maybe_unused]] std:
   }
 }
 
-/// Most text is ASCII, which both codes share; it is converted by groups of characters.
-constexpr std::size_t kGroup = 8;
+/// Most text is ASCII, which both codes share. It is converted by groups of characters, as many as
+/// an integer has bytes; the last group of a text may overlap the one before. Short texts are most
+/// of all texts, so they have a smaller group.
+using Group = std::uint64_t;
+using SmallGroup = std::uint32_t;
 
-bool IsAscii(const char* group) {
-  std::uint64_t bytes = 0;
-  static_assert(sizeof bytes == kGroup);
-  std::memcpy(&bytes, group, sizeof bytes);
-  return (bytes & 0x8080808080808080U) == 0;
+/// Whether a text of this size is converted by groups of this kind.
+template <typename Bytes>
+constexpr bool Suits(std::size_t size) {
+  return size >= sizeof(Bytes) && (sizeof(Bytes) == sizeof(Group) || size < sizeof(Group));
+}
+
+/// Calls `convert` with the offset of each group; false as soon as it gives false.
+template <typename Bytes, typename Convert>
+bool ForGroups(std::size_t size, Convert convert) {
+  const std::size_t last = size - sizeof(Bytes);
+  for (std::size_t at = 0; at < last; at += sizeof(Bytes)) {
+    if (!convert(at)) return false;
+  }
+  return convert(last);
+}
+
+template <typename Bytes>
+bool IsAsciiGroup(Bytes bytes) {
+  return (bytes & static_cast<Bytes>(0x8080808080808080U)) == 0;
+}
+
+template <typename Bytes>
+Bytes LoadGroup(const char* from) {
+  Bytes bytes = 0;
+  std::memcpy(&bytes, from, sizeof bytes);
+  return bytes;
 }
 
 /// Stores a group of bytes as wide characters; false, with nothing stored, when one is not ASCII.
-bool WidenAscii(const char* group, wchar_t* wide) {
-  if (!IsAscii(group)) return false;
-  for (std::size_t i = 0; i < kGroup; ++i) wide[i] = static_cast<wchar_t>(group[i]);
+template <typename Bytes>
+bool WidenAscii(const char* from, wchar_t* wide) {
+  const auto group = LoadGroup<Bytes>(from);
+  if (!IsAsciiGroup(group)) return false;
+  std::array<unsigned char, sizeof group> bytes;  // a copy, which `wide` cannot overlap
+  std::memcpy(bytes.data(), &group, sizeof group);
+  for (std::size_t i = 0; i < sizeof group; ++i) wide[i] = static_cast<wchar_t>(bytes[i]);
   return true;
+}
+
+/// Stores a group of wide characters as bytes; false, with nothing stored, when one is not ASCII.
+template <typename Bytes>
+bool NarrowAscii(const wchar_t* group, char* bytes) {
+  constexpr int kByteBits = 8;
+  wchar_t all = 0;
+  for (std::size_t i = 0; i < sizeof(Bytes); ++i) all |= group[i];
+  if (IndexOf(all) >= 0x80) return false;
+  Bytes packed = 0;
+  for (std::size_t i = sizeof(Bytes); i-- > 0;) {
+    packed = packed << kByteBits | static_cast<Bytes>(group[i]);
+  }
+  std::memcpy(bytes, &packed, sizeof packed);
+  return true;
+}
+
+/// The groups of a text of ASCII; false, with something stored, when it is not or has no group.
+template <typename Bytes>
+bool WidenGroups(std::string_view bytes, wchar_t* wide) {
+  return Suits<Bytes>(bytes.size()) && ForGroups<Bytes>(bytes.size(), [&](std::size_t at) {
+           return WidenAscii<Bytes>(bytes.data() + at, wide + at);
+         });
+}
+
+template <typename Bytes>
+bool NarrowGroups(std::wstring_view wide, char* bytes) {
+  return Suits<Bytes>(wide.size()) && ForGroups<Bytes>(wide.size(), [&](std::size_t at) {
+           return NarrowAscii<Bytes>(wide.data() + at, bytes + at);
+         });
 }
 
 /// Stores the wide characters of the bytes.
 void Widen(std::string_view bytes, wchar_t* wide) {
-  const char* from = bytes.data();
-  const std::size_t size = bytes.size();
-  std::size_t i = 0;
-  while (size - i >= kGroup && WidenAscii(from + i, wide + i)) i += kGroup;
-  // The rest of a longer text is the end of its last group.
-  const bool endsInGroup = size >= kGroup && size - i < kGroup;
-  if (endsInGroup && WidenAscii(from + size - kGroup, wide + size - kGroup)) return;
-  for (; i < size; ++i) wide[i] = ToWide(from[i]);
+  if (WidenGroups<Group>(bytes, wide) || WidenGroups<SmallGroup>(bytes, wide)) return;
+  for (const char byte : bytes) *wide++ = ToWide(byte);
 }
 
-/// Stores a group of wide characters as bytes; false, with nothing stored, when one is not ASCII.
-bool NarrowAscii(const wchar_t* group, char* bytes) {
-  wchar_t all = 0;
-  for (std::size_t i = 0; i < kGroup; ++i) all |= group[i];
-  if (IndexOf(all) >= 0x80) return false;
-  std::uint64_t packed = 0;
-  for (std::size_t i = kGroup; i-- > 0;) packed = packed << 8 | IndexOf(group[i]);
-  std::memcpy(bytes, &packed, sizeof packed);
-  return true;
+/// Stores the bytes of the wide characters and returns how many they are.
+std::size_t Narrow(std::wstring_view wide, char* bytes) {
+  if (NarrowGroups<Group>(wide, bytes) || NarrowGroups<SmallGroup>(wide, bytes)) return wide.size();
+  std::size_t count = 0;
+  for (std::size_t i = 0; i < wide.size(); ++i) {
+    if (!IsSecondHalf(wide, i)) bytes[count++] = ToByte(wide[i]);
+  }
+  return count;
 }
 
 template <typename Char>
@@ -145,6 +197,26 @@ std::basic_string_view<Char> TrimEnd(std::basic_string_view<Char> text) {
   return text.substr(0, end);
 }
 
+/// Takes blanks off the end by groups; true when none is left there. Cells of fixed width end in
+/// many.
+template <typename Bytes>
+bool TrimGroups(std::string_view& text) {
+  constexpr int kByteBits = 8;
+  constexpr auto kBlanks = static_cast<Bytes>(0x2020202020202020U);
+  while (text.size() >= sizeof(Bytes)) {
+    const auto end = LoadGroup<Bytes>(text.data() + text.size() - sizeof(Bytes));
+    const int blankBits = std::countl_zero(static_cast<Bytes>(end ^ kBlanks));
+    text.remove_suffix(static_cast<std::size_t>(blankBits / kByteBits));
+    if (end != kBlanks) return true;
+  }
+  return false;
+}
+
+std::string_view TrimEnd(std::string_view text) {
+  if (TrimGroups<Group>(text) || TrimGroups<SmallGroup>(text)) return text;
+  return TrimEnd<char>(text);
+}
+
 }  // namespace
 
 wchar_t ToWide(char byte) noexcept { return static_cast<wchar_t>(kWide[IndexOf(byte)]); }
@@ -158,9 +230,10 @@ char ToByte(wchar_t wide) noexcept {
 }
 
 bool IsAscii(std::string_view bytes) noexcept {
-  for (; bytes.size() >= kGroup; bytes.remove_prefix(kGroup)) {
-    if (!IsAscii(bytes.data())) return false;
-  }
+  const auto isAscii = [&](std::size_t at) {
+    return IsAsciiGroup(LoadGroup<Group>(bytes.data() + at));
+  };
+  if (Suits<Group>(bytes.size())) return ForGroups<Group>(bytes.size(), isAscii);
   unsigned all = 0;
   for (const char byte : bytes) all |= static_cast<unsigned char>(byte);
   return all < 0x80;
@@ -171,20 +244,9 @@ void ToWide(std::string_view bytes, std::wstring& wide) {
   Widen(bytes, wide.data());
 }
 
-void ToBytes(std::wstring_view wide, std::string& bytes) {
-  bytes.resize(wide.size());
-  std::size_t count = 0;
-  while (wide.size() - count >= kGroup && NarrowAscii(&wide[count], &bytes[count])) {
-    count += kGroup;
-  }
-  for (std::size_t i = count; i < wide.size(); ++i) {
-    if (IndexOf(wide[i]) < 0x80) {
-      bytes[count++] = static_cast<char>(wide[i]);
-    } else if (!IsSecondHalf(wide, i)) {
-      bytes[count++] = ToByte(wide[i]);
-    }
-  }
-  bytes.resize(count);
+std::string_view ToBytes(std::wstring_view wide, std::string& room) {
+  if (room.size() < wide.size()) room.resize(wide.size());
+  return {room.data(), Narrow(wide, room.data())};
 }
 
 std::wstring ToWide(std::string_view bytes) {
@@ -194,8 +256,8 @@ std::wstring ToWide(std::string_view bytes) {
 }
 
 std::string ToBytes(std::wstring_view wide) {
-  std::string bytes;
-  ToBytes(wide, bytes);
+  std::string bytes(wide.size(), '\0');
+  bytes.resize(Narrow(wide, bytes.data()));
   return bytes;
 }
 

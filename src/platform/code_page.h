@@ -26,9 +26,10 @@ bool IsAscii(std::string_view bytes) noexcept;
 std::wstring ToWide(std::string_view bytes);
 /// One byte a character; a surrogate pair is one character.
 std::string ToBytes(std::wstring_view wide);
-/// The same, into buffers whose room is used again; the old content is replaced.
+/// The same, into a buffer whose old content is replaced.
 void ToWide(std::string_view bytes, std::wstring& wide);
-void ToBytes(std::wstring_view wide, std::string& bytes);
+/// The same, in a buffer that only ever grows; the view is good until its next use.
+std::string_view ToBytes(std::wstring_view wide, std::string& room);
 
 /// The small letter of a capital letter of the page (Latin, Cyrillic with U+0401, the page's other
 /// letters); every other byte is itself.

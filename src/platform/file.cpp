@@ -52,6 +52,13 @@ std::string_view File::ClippedView(std::int64_t position, std::int64_t count) co
   return {base_ + position - 1, static_cast<std::size_t>(existing)};
 }
 
+std::uint32_t File::ClippedInteger(std::int64_t position, std::int64_t count) const {
+  std::uint32_t value = 0;
+  const std::string_view bytes = ClippedView(position, count);
+  if (!bytes.empty()) std::memcpy(&value, bytes.data(), bytes.size());
+  return value;
+}
+
 void File::Write(std::int64_t position, std::string_view bytes) {
   const bool own = bytes.data() >= base_ && bytes.data() < base_ + length_;
   const std::ptrdiff_t offset = own ? bytes.data() - base_ : 0;

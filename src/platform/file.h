@@ -90,12 +90,11 @@ class File {
   template <typename Integer>
   Integer IntegerAt(std::int64_t position) const {
     Integer value = 0;
-    if (Contains(position, sizeof value)) {
-      std::memcpy(&value, base_ + position - 1, sizeof value);
-    } else {
-      const std::string_view bytes = ClippedView(position, sizeof value);
-      if (!bytes.empty()) std::memcpy(&value, bytes.data(), bytes.size());
+    // Nothing here may make the compiler keep the value in memory: reads follow one another.
+    if (!Contains(position, sizeof value)) {
+      return static_cast<Integer>(ClippedInteger(position, sizeof value));
     }
+    std::memcpy(&value, base_ + position - 1, sizeof value);
     return value;
   }
   template <typename Integer>
@@ -105,6 +104,7 @@ class File {
   }
 
   std::string_view ClippedView(std::int64_t position, std::int64_t count) const;
+  std::uint32_t ClippedInteger(std::int64_t position, std::int64_t count) const;
   /// Makes the range writable, growing the file when it ends before the range does.
   void Prepare(std::int64_t position, std::int64_t count) {
     if (Contains(position, count)) return;

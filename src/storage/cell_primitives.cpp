@@ -1,9 +1,7 @@
 #include "storage/cell_primitives.h"
 
-#include <array>
 #include <cstring>
 #include <optional>
-#include <tuple>
 
 #include "platform/code_page.h"
 #include "storage/bytes.h"
@@ -51,12 +49,12 @@ void SwitchToLongForm(std::int32_t p, std::int16_t& tp, std::string_view text, F
   nm.WriteInt32(ep, end);
 }
 
-/// The usual cell: code and one piece, in one write.
+/// The usual cell: code and one piece.
 void AppendShortCell(std::int32_t p, std::int16_t tp, std::string_view text, File& nm) {
-  std::array<char, layout::cell::kText + std::tuple_size_v<ShortPiece>> bytes;
-  std::memcpy(bytes.data(), &tp, sizeof tp);
-  const std::size_t piece = StoreShortPiece(text, bytes.data() + layout::cell::kText);
-  nm.Write(p, {bytes.data(), layout::cell::kText + piece});
+  nm.Compose(p, layout::cell::kText + ShortPieceBytes(text), [&](char* bytes) {
+    std::memcpy(bytes, &tp, sizeof tp);
+    StoreShortPiece(text, bytes + layout::cell::kText);
+  });
 }
 
 void CreateCell(std::int32_t& p, std::int16_t& tp, std::string_view text, File& nm,

@@ -24,7 +24,7 @@ std::string_view GetCell(std::int32_t p, const platform::File& nm, std::int16_t&
 
 /// Writes the cell's text. With `p` 0 a cell is created at the end of the file with code `tp` (0
 /// chooses it by the text's length), `p` receives its position and the pointer slot `ep` gets it
-/// last. Otherwise a `tp` other than 0 replaces the code.
+/// last. Otherwise a `tp` other than 0 replaces the code. The text may not be a view of the file.
 ///
 /// A long text for a short cell is stored in the long form at the old position, although it is
 /// longer than what stood there; callers with live neighbours give the cell the long form first

@@ -89,7 +89,9 @@ void WriteTextAndNext(File& file, std::int64_t position, std::string_view text, 
 void ShrinkPiece(File& file, const Piece& piece, std::string_view text, int L) {
   if (L == layout::kShortLengthBytes) {
     ShortPiece bytes;
-    file.Write(piece.textPosition - L, {bytes.data(), StoreShortPiece(text, bytes.data())});
+    StoreShortPiece(text, bytes.data());
+    file.Write(piece.textPosition - L,
+               {bytes.data(), static_cast<std::size_t>(ShortPieceBytes(text))});
     return;
   }
   std::string bytes;
@@ -113,22 +115,14 @@ void CheckPieces(const File& file, std::int32_t position, std::size_t length, in
   }
 }
 
-}  // namespace
-
-std::string_view ReadChainedText(const File& file, std::int32_t position, int L,
-                                 std::string& buffer) {
-  if (position < 2) return {};
-  std::int64_t length = LengthAt(file, position, L);
-  if (!IsReadableLength(file, length)) return {};
-  const std::string_view first = file.View(std::int64_t{position} + L, length);
-  std::int32_t next = file.Int32At(std::int64_t{position} + L + length);
-  if (!LeadsOn(file, next)) return first;
-
+/// The whole text of a chain whose first piece, read already, leads to the one at `next`.
+std::string_view GatherPieces(const File& file, std::int32_t position, std::string_view first,
+                              std::int32_t next, int L, std::string& buffer) {
   PieceTrail trail;
   trail.Enter(position);
   buffer.assign(first);
   while (LeadsOn(file, next) && trail.Enter(next)) {
-    length = LengthAt(file, next, L);
+    const std::int64_t length = LengthAt(file, next, L);
     if (!IsReadableLength(file, length)) break;
     buffer.append(file.View(std::int64_t{next} + L, length));
     // Pieces that overlap are damage; without this a file of n bytes could hold a text of n * n.
@@ -136,6 +130,19 @@ std::string_view ReadChainedText(const File& file, std::int32_t position, int L,
     next = file.Int32At(std::int64_t{next} + L + length);
   }
   return buffer;
+}
+
+}  // namespace
+
+std::string_view ReadChainedText(const File& file, std::int32_t position, int L,
+                                 std::string& buffer) {
+  if (position < 2) return {};
+  const std::int64_t length = LengthAt(file, position, L);
+  if (!IsReadableLength(file, length)) return {};
+  const std::string_view first = file.View(std::int64_t{position} + L, length);
+  const std::int32_t next = file.Int32At(std::int64_t{position} + L + length);
+  if (!LeadsOn(file, next)) return first;
+  return GatherPieces(file, position, first, next, L, buffer);
 }
 
 std::int32_t WriteChainedText(File& file, std::int32_t position, std::string_view text, int L) {
@@ -170,13 +177,6 @@ std::int32_t WriteChainedText(File& file, std::int32_t position, std::string_vie
     if (ends) return position;
     at = next;
   }
-}
-
-std::size_t StoreShortPiece(std::string_view text, char* bytes) {
-  *bytes = static_cast<char>(text.size());
-  text.copy(bytes + layout::kShortLengthBytes, text.size());
-  std::memset(bytes + layout::kShortLengthBytes + text.size(), 0, kPointerBytes);
-  return layout::kShortLengthBytes + text.size() + kPointerBytes;
 }
 
 void AppendTextPieces(std::string& bytes, std::int64_t position, std::string_view text, int L) {

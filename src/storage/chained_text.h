@@ -6,6 +6,8 @@
 
 #include <array>
 #include <cstdint>
+#include <cstring>
+#include <iterator>
 #include <string>
 #include <string_view>
 
@@ -37,7 +39,15 @@ void AppendTextPieces(std::string& bytes, std::int64_t position, std::string_vie
 inline constexpr std::size_t kShortPieceLimit = 255;
 using ShortPiece =
     std::array<char, layout::kShortLengthBytes + kShortPieceLimit + layout::kPointerBytes>;
-/// Stores the bytes of a text that is one such piece and returns how many they are.
-std::size_t StoreShortPiece(std::string_view text, char* bytes);
+/// The bytes of a text that is one such piece.
+inline std::int64_t ShortPieceBytes(std::string_view text) {
+  return layout::kShortLengthBytes + std::ssize(text) + layout::kPointerBytes;
+}
+/// Stores them.
+inline void StoreShortPiece(std::string_view text, char* bytes) {
+  *bytes = static_cast<char>(text.size());
+  text.copy(bytes + layout::kShortLengthBytes, text.size());
+  std::memset(bytes + layout::kShortLengthBytes + text.size(), 0, layout::kPointerBytes);
+}
 
 }  // namespace orv::storage

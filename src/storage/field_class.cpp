@@ -41,13 +41,10 @@ std::int16_t FieldClass::GetNumFld(std::int32_t p, File& nm) const {
   return ContainerFieldCount(nm, p);
 }
 
-std::int32_t FieldClass::GetFieldPos(std::int32_t pt, std::int16_t f, File& nm) {
-  CacheEntry& entry = cache_[CacheIndex(pt, f)];
-  if (entry.matrix == pt && entry.field == f && entry.opening == nm.opening()) {
-    return entry.position;
-  }
+/// The position by the field table; the cache keeps it.
+std::int32_t FieldClass::LookUpField(std::int32_t pt, std::int16_t f, File& nm) {
   const std::int32_t position = FindFieldDescriptor(nm, pt, f);
-  entry = {nm.opening(), pt, position, f};
+  cache_[CacheIndex(pt, f)] = {nm.opening(), pt, position, f};
   return position;
 }
 

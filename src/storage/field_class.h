@@ -32,7 +32,11 @@ class FieldClass {
   std::int16_t GetNumFld(std::int32_t p, platform::File& nm) const;
   /// The position of field `f`'s descriptor, through a cache of 100 entries. Raises 9 for a field
   /// beyond the table and for a matrix without one.
-  std::int32_t GetFieldPos(std::int32_t pt, std::int16_t f, platform::File& nm);
+  std::int32_t GetFieldPos(std::int32_t pt, std::int16_t f, platform::File& nm) {
+    const CacheEntry& entry = cache_[CacheIndex(pt, f)];
+    const bool isHit = entry.matrix == pt && entry.field == f && entry.opening == nm.opening();
+    return isHit ? entry.position : LookUpField(pt, f, nm);
+  }
   /// Resolves the path and fills the style of field `f`; leaves it alone after an error.
   void SvrGetFldStyle(const std::wstring& p, std::int16_t f, FieldStyle& style);
   /// The cell code for record `r`: -2 the field's, 0 the title cell's, above 0 the cell's (0 for a
@@ -68,6 +72,7 @@ class FieldClass {
     return (spread + static_cast<std::uint16_t>(field)) % kCacheEntries;
   }
 
+  std::int32_t LookUpField(std::int32_t pt, std::int16_t f, platform::File& nm);
   void InsertFields(const Location& at, std::int16_t n, std::int16_t count, std::int16_t f);
 
   PathResolver& resolver_;

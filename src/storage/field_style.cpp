@@ -1,6 +1,5 @@
 #include "storage/field_style.h"
 
-#include "storage/cell_code.h"
 #include "storage/layout.h"
 
 namespace orv::storage {
@@ -30,15 +29,6 @@ FieldStyle StyleOf(std::int32_t fldPos, const File& nm) {
   FieldStyle style;
   GFStyle(fldPos, style, nm);
   return style;
-}
-
-bool HoldsFreeCells(std::int32_t fldPos, const File& nm) {
-  const std::uint8_t styleCode = nm.ByteAt(std::int64_t{fldPos} + layout::descriptor::kStyle);
-  return styleCode < style_code::kFixed || StyleOf(fldPos, nm).freeSize == free_size::kFree;
-}
-
-std::int16_t FieldTypeNumber(std::int32_t fldPos, const File& nm) {
-  return DecodeCellCode(nm.Int16At(std::int64_t{fldPos} + layout::descriptor::kFieldCode)).type;
 }
 
 }  // namespace orv::storage

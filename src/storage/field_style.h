@@ -4,6 +4,8 @@
 #include <cstdint>
 
 #include "platform/file.h"
+#include "storage/cell_code.h"
+#include "storage/layout.h"
 
 namespace orv::storage {
 
@@ -40,8 +42,13 @@ void GFStyle(std::int32_t fldPos, FieldStyle& style, const platform::File& nm);
 /// The style of a descriptor, with nothing set in advance.
 FieldStyle StyleOf(std::int32_t fldPos, const platform::File& nm);
 /// Whether the style of the descriptor keeps each cell by itself: the style's `freeSize` is free.
-bool HoldsFreeCells(std::int32_t fldPos, const platform::File& nm);
+inline bool HoldsFreeCells(std::int32_t fldPos, const platform::File& nm) {
+  const std::uint8_t styleCode = nm.ByteAt(std::int64_t{fldPos} + layout::descriptor::kStyle);
+  return styleCode < style_code::kFixed || StyleOf(fldPos, nm).freeSize == free_size::kFree;
+}
 /// The decoded type number of the field's own cell code.
-std::int16_t FieldTypeNumber(std::int32_t fldPos, const platform::File& nm);
+inline std::int16_t FieldTypeNumber(std::int32_t fldPos, const platform::File& nm) {
+  return DecodeCellCode(nm.Int16At(std::int64_t{fldPos} + layout::descriptor::kFieldCode)).type;
+}
 
 }  // namespace orv::storage

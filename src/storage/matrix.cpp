@@ -85,11 +85,6 @@ void CreateFieldTable(File& file, std::int32_t matrix, std::int16_t n) {
   file.WriteInt32(std::int64_t{matrix} + layout::matrix::kFieldTable, block);
 }
 
-std::int32_t FieldTablePosition(const File& file, std::int32_t matrix) {
-  if (matrix < 1) return 0;
-  return file.Int32At(std::int64_t{matrix} + layout::matrix::kFieldTable);
-}
-
 std::int16_t ContainerFieldCount(const File& file, std::int32_t matrix) {
   const std::int32_t table = FieldTablePosition(file, matrix);
   return table < 1 ? std::int16_t{0}
@@ -133,12 +128,6 @@ void CreateFieldDescriptor(File& file, std::int32_t matrix, std::int16_t f, Erro
   const std::int32_t position = EndOfFile(file);
   file.Write(position, NewDescriptor());
   file.WriteInt32(slot.position, position);
-}
-
-std::int32_t ContainerRecordCount(const File& file, std::int32_t matrix) {
-  if (matrix == 0) return -1;
-  const std::int32_t table = FieldTablePosition(file, matrix);
-  return table < 1 ? 0 : file.Int32At(std::int64_t{table} + layout::field_table::kRecords);
 }
 
 std::int32_t ReadableRecordCount(const File& file, std::int32_t matrix) {

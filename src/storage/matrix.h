@@ -7,6 +7,7 @@
 #include "platform/file.h"
 #include "storage/chain_array.h"
 #include "storage/error_code.h"
+#include "storage/layout.h"
 
 namespace orv::storage {
 
@@ -26,7 +27,10 @@ void CreateMatrixHeader(platform::File& file, std::int32_t position, std::int16_
 void CreateFieldTable(platform::File& file, std::int32_t matrix, std::int16_t n);
 
 /// Position of the matrix's field table block, 0 when it has none.
-std::int32_t FieldTablePosition(const platform::File& file, std::int32_t matrix);
+inline std::int32_t FieldTablePosition(const platform::File& file, std::int32_t matrix) {
+  if (matrix < 1) return 0;
+  return file.Int32At(std::int64_t{matrix} + layout::matrix::kFieldTable);
+}
 
 /// Fields of a container matrix, 0 without a field table.
 std::int16_t ContainerFieldCount(const platform::File& file, std::int32_t matrix);
@@ -61,7 +65,11 @@ void CreateFieldDescriptor(platform::File& file, std::int32_t matrix, std::int16
                            ErrorCode& error);
 
 /// Records of a container matrix: 0 without a field table, -1 for matrix position 0.
-std::int32_t ContainerRecordCount(const platform::File& file, std::int32_t matrix);
+inline std::int32_t ContainerRecordCount(const platform::File& file, std::int32_t matrix) {
+  if (matrix == 0) return -1;
+  const std::int32_t table = FieldTablePosition(file, matrix);
+  return table < 1 ? 0 : file.Int32At(std::int64_t{table} + layout::field_table::kRecords);
+}
 /// The records that loops over a matrix go through. A damaged count can claim more records than the
 /// file could ever hold; such a count is cut to the file's length.
 std::int32_t ReadableRecordCount(const platform::File& file, std::int32_t matrix);

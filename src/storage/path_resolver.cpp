@@ -36,10 +36,8 @@ bool CaseMatters(const std::wstring& path, const MatrixPath& parts) {
 
 }  // namespace
 
-Location PathResolver::ResolvePath(const std::wstring& path) {
-  error_.Clear();
+Location PathResolver::ResolveOther(const std::wstring& path) {
   try {
-    if (path == last_.key && IsLive()) return last_.location;
     if (Matches(path) && Revive()) return last_.location;
     if (error_.IsSet()) return {};
     return ResolveAfresh(path);
@@ -47,14 +45,6 @@ Location PathResolver::ResolvePath(const std::wstring& path) {
     error_.Set(failure.number());
     return {};
   }
-}
-
-/// Whether the remembered location can be used as it is: its file is still open and no view is to
-/// be looked up.
-bool PathResolver::IsLive() const {
-  if (last_.location.position == 0 || !last_.viewKey.empty()) return false;
-  const File* file = files_.Find(last_.location.number);
-  return file != nullptr && file->opening() == last_.opening;
 }
 
 bool PathResolver::Matches(const std::wstring& path) const {

@@ -59,7 +59,10 @@ class PathResolver {
   /// The path resolved last is remembered (and only that one): the same path again costs one
   /// comparison, even after its file was closed, for then the file is opened again under its
   /// number.
-  Location ResolvePath(const std::wstring& path);
+  Location ResolvePath(const std::wstring& path) {
+    error_.Clear();
+    return path == last_.key && IsLive() ? last_.location : ResolveOther(path);
+  }
 
   /// Forgets the last path.
   void ForgetLast() { last_ = {}; }
@@ -87,7 +90,15 @@ class PathResolver {
     std::wstring condition;
   };
 
-  bool IsLive() const;
+  /// Whether the remembered location can be used as it is: its file is still open and no view is
+  /// to be looked up.
+  bool IsLive() const {
+    if (last_.location.position == 0 || !last_.viewKey.empty()) return false;
+    const platform::File* file = files_.Find(last_.location.number);
+    return file != nullptr && file->opening() == last_.opening;
+  }
+  /// A path that is not the last one, or whose location must be made usable again.
+  Location ResolveOther(const std::wstring& path);
   bool Matches(const std::wstring& path) const;
   bool Revive();
   bool ReviveFile();
