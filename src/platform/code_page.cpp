@@ -140,15 +140,17 @@ bool WidenAscii(const char* from, wchar_t* wide) {
 /// Stores a group of wide characters as bytes; false, with nothing stored, when one is not ASCII.
 template <typename Bytes>
 bool NarrowAscii(const wchar_t* group, char* bytes) {
-  constexpr int kByteBits = 8;
-  wchar_t all = 0;
-  for (std::size_t i = 0; i < sizeof(Bytes); ++i) all |= group[i];
-  if (IndexOf(all) >= 0x80) return false;
-  Bytes packed = 0;
-  for (std::size_t i = sizeof(Bytes); i-- > 0;) {
-    packed = packed << kByteBits | static_cast<Bytes>(group[i]);
-  }
-  std::memcpy(bytes, &packed, sizeof packed);
+  constexpr std::uint64_t kNotAscii =
+      sizeof(wchar_t) == 4 ? 0xFFFFFF80FFFFFF80U : 0xFF80FF80FF80FF80U;
+  std::array<std::uint64_t, sizeof(Bytes) * sizeof(wchar_t) / sizeof(std::uint64_t)> words;
+  std::memcpy(words.data(), group, sizeof words);
+  std::uint64_t all = 0;
+#pragma GCC unroll 4
+  for (const std::uint64_t word : words) all |= word;
+  if ((all & kNotAscii) != 0) return false;
+  std::array<char, sizeof(Bytes)> narrow;  // a copy, which `group` cannot overlap
+  for (std::size_t i = 0; i < narrow.size(); ++i) narrow[i] = static_cast<char>(group[i]);
+  std::memcpy(bytes, narrow.data(), narrow.size());
   return true;
 }
 

@@ -12,6 +12,9 @@ constexpr std::int64_t kSmallestStep = std::int64_t{64} * 1024;
 constexpr std::int64_t kGreatestStep = std::int64_t{16} * 1024 * 1024;
 /// A growing file reserves an eighth of its length ahead, so that reserving costs little per byte.
 constexpr std::int64_t kStepShare = 8;
+/// New bytes are made ready by pieces: great ones, but not for a host that adds a cell or two.
+constexpr std::int64_t kSmallPiece = std::int64_t{4} * 1024;
+constexpr std::int64_t kGreatPiece = std::int64_t{64} * 1024;
 
 std::uint64_t NextOpening() {
   static std::uint64_t last = 0;
@@ -30,6 +33,8 @@ File::File(std::unique_ptr<Mapping> mapping)
       base_(mapping_->base()),
       length_(mapping_->size()),
       mapped_(length_),
+      ready_(length_),
+      grownFrom_(length_),
       opening_(NextOpening()) {}
 
 File::~File() { Settle(); }
@@ -44,6 +49,7 @@ void File::FollowMapping() noexcept {
   base_ = mapping_->base();
   mapped_ = mapping_->size();
   length_ = std::min(length_, mapped_);
+  ready_ = std::min(ready_, mapped_);
 }
 
 std::string_view File::ClippedView(std::int64_t position, std::int64_t count) const {
@@ -81,6 +87,21 @@ void File::Grow(std::int64_t position, std::int64_t count) {
   if (position < 1 || count < 0) Raise(RunTimeError::kSubscript);
   if (position - 1 > kGreatestLength - count) Raise(RunTimeError::kOverflow);
   const std::int64_t needed = position - 1 + count;
+  if (needed > mapped_) ExtendTo(needed);
+  if (needed > ready_) MakeReady(needed);
+  length_ = needed;
+}
+
+void File::MakeReady(std::int64_t needed) {
+  const bool growsOn = needed - grownFrom_ > kGreatPiece;
+  const std::int64_t piece = growsOn ? kGreatPiece : kSmallPiece;
+  const std::int64_t from = std::max(ready_, length_);
+  ready_ = std::min((needed + piece - 1) / piece * piece, mapped_);
+  mapping_->MakeReady(from, ready_ - from);
+}
+
+void File::ExtendTo(std::int64_t needed) {
+  if (!extended_) grownFrom_ = length_;
   try {
     mapping_->Extend(WithStep(needed));
   } catch (const RunTimeFailure& failure) {

@@ -91,7 +91,7 @@ class File {
   Integer IntegerAt(std::int64_t position) const {
     Integer value = 0;
     // Nothing here may make the compiler keep the value in memory: reads follow one another.
-    if (!Contains(position, sizeof value)) {
+    if (!Contains(position, sizeof value)) [[unlikely]] {
       return static_cast<Integer>(ClippedInteger(position, sizeof value));
     }
     std::memcpy(&value, base_ + position - 1, sizeof value);
@@ -107,12 +107,15 @@ class File {
   std::uint32_t ClippedInteger(std::int64_t position, std::int64_t count) const;
   /// Makes the range writable, growing the file when it ends before the range does.
   void Prepare(std::int64_t position, std::int64_t count) {
-    if (Contains(position, count)) return;
-    if (position < 1 || count < 0 || count > mapped_ - (position - 1)) Grow(position, count);
-    length_ = position - 1 + count;
+    if (!Contains(position, count)) [[unlikely]] {
+      Grow(position, count);
+    }
   }
-  /// Extends the mapping, so that the range lies inside it.
   void Grow(std::int64_t position, std::int64_t count);
+  /// Extends the mapping, so that it has at least `needed` bytes.
+  void ExtendTo(std::int64_t needed);
+  /// Prepares the bytes up to `needed`, and some more, for being touched for the first time.
+  void MakeReady(std::int64_t needed);
   /// Takes notice of where the mapping lies after a change of its size.
   void FollowMapping() noexcept;
 
@@ -120,7 +123,9 @@ class File {
   std::unique_ptr<FileMemory> memory_;
   char* base_;
   std::int64_t length_;
-  std::int64_t mapped_;  ///< bytes that can be touched: the length and the room behind it
+  std::int64_t mapped_;     ///< bytes that can be touched: the length and the room behind it
+  std::int64_t ready_;      ///< of these, those whose first touch was prepared or is past
+  std::int64_t grownFrom_;  ///< the length before the first growth
   std::uint64_t opening_;
   bool extended_ = false;
 };

@@ -17,6 +17,7 @@
 #include <signal.h>
 #include <sys/mman.h>
 #include <sys/stat.h>
+#include <sys/uio.h>
 #include <unistd.h>
 
 #include "platform/file_names.h"
@@ -173,6 +174,26 @@ class PosixMapping final : public Mapping {
     }
     Trim(size_);
     Raise(FromOsError(failure));
+  }
+
+  /// A page written by a call is taken into the cache with its neighbours, and its first touch
+  /// finds it there; a page first met by a touch costs four times as much.
+  void MakeReady(std::int64_t offset, std::int64_t count) noexcept override {
+    static const std::array<char, 4096> zeros{};
+    if (FileLength() < size_) return;  // cut short by another program: it is not made long again
+    while (count > 0) {
+      std::array<iovec, 16> pieces;
+      std::size_t used = 0;
+      for (; used < pieces.size() && count > 0; ++used) {
+        const std::int64_t bytes = std::min<std::int64_t>(count, zeros.size());
+        pieces[used] = {const_cast<char*>(zeros.data()), static_cast<std::size_t>(bytes)};
+        count -= bytes;
+      }
+      const ssize_t written =
+          pwritev(file_.number(), pieces.data(), static_cast<int>(used), offset);
+      if (written <= 0) return;
+      offset += written;
+    }
   }
 
   void Trim(std::int64_t size) noexcept override {

@@ -57,6 +57,13 @@ void AppendShortCell(std::int32_t p, std::int16_t tp, std::string_view text, Fil
   });
 }
 
+void AppendCell(std::int32_t p, std::int16_t tp, std::string_view text, File& nm) {
+  std::string bytes;
+  AppendInteger(bytes, tp);
+  AppendTextPieces(bytes, std::int64_t{p} + layout::cell::kText, text, LengthBytes(tp));
+  nm.Write(p, bytes);
+}
+
 void CreateCell(std::int32_t& p, std::int16_t& tp, std::string_view text, File& nm,
                 std::int32_t ep) {
   if (tp == 0) {
@@ -67,12 +74,26 @@ void CreateCell(std::int32_t& p, std::int16_t& tp, std::string_view text, File& 
   if (LengthBytes(tp) == layout::kShortLengthBytes && text.size() <= kShortPieceLimit) {
     AppendShortCell(p, tp, text, nm);
   } else {
-    std::string bytes;
-    AppendInteger(bytes, tp);
-    AppendTextPieces(bytes, std::int64_t{p} + layout::cell::kText, text, LengthBytes(tp));
-    nm.Write(p, bytes);
+    AppendCell(p, tp, text, nm);
   }
   nm.WriteInt32(ep, p);
+}
+
+/// Writes over the present cell at `p`.
+void Overwrite(std::int32_t p, std::int16_t& tp, std::string_view text, File& nm, std::int32_t ep) {
+  if (!nm.Contains(p, layout::cell::kText)) Raise(RunTimeError::kSubscript);
+  if (tp != 0) {
+    nm.WriteInt16(p, tp);
+  } else {
+    tp = nm.Int16At(p);
+  }
+  if (text.size() >= layout::cell::kShortTextLimit && !DecodeCellCode(tp).longForm && tp >= 0) {
+    return SwitchToLongForm(p, tp, text, nm, ep);
+  }
+  const std::int64_t inCell = std::int64_t{p} + layout::cell::kText;
+  const std::int32_t position = tp < 0 ? nm.Int32At(inCell) : static_cast<std::int32_t>(inCell);
+  if (position < 1) Raise(RunTimeError::kSubscript);
+  WriteChainedText(nm, position, text, LengthBytes(tp));
 }
 
 }  // namespace
@@ -100,27 +121,12 @@ std::string_view GetCell(std::int32_t p, const File& nm, std::int16_t& tp, std::
 
 void PutCell(std::int32_t& p, std::int16_t& tp, std::string_view cellValue, File& nm,
              std::int32_t ep) {
-  if (p == 0 && (tp >= 0)) {
-    const bool tooLong = tp != 0 && cellValue.size() >= layout::cell::kShortTextLimit &&
-                         LengthBytes(tp) == layout::kShortLengthBytes;
-    if (!tooLong) return CreateCell(p, tp, cellValue, nm, ep);
-    p = EndOfFile(nm);
-    return SwitchToLongForm(p, tp, cellValue, nm, ep);
-  }
-  if (!nm.Contains(p, layout::cell::kText)) Raise(RunTimeError::kSubscript);
-  if (tp != 0) {
-    nm.WriteInt16(p, tp);
-  } else {
-    tp = nm.Int16At(p);
-  }
-  if (cellValue.size() >= layout::cell::kShortTextLimit && !DecodeCellCode(tp).longForm &&
-      tp >= 0) {
-    return SwitchToLongForm(p, tp, cellValue, nm, ep);
-  }
-  const std::int64_t inCell = std::int64_t{p} + layout::cell::kText;
-  const std::int32_t text = tp < 0 ? nm.Int32At(inCell) : static_cast<std::int32_t>(inCell);
-  if (text < 1) Raise(RunTimeError::kSubscript);
-  WriteChainedText(nm, text, cellValue, LengthBytes(tp));
+  if (p != 0 || tp < 0) return Overwrite(p, tp, cellValue, nm, ep);
+  const bool tooLong = tp != 0 && cellValue.size() >= layout::cell::kShortTextLimit &&
+                       LengthBytes(tp) == layout::kShortLengthBytes;
+  if (!tooLong) return CreateCell(p, tp, cellValue, nm, ep);
+  p = EndOfFile(nm);
+  SwitchToLongForm(p, tp, cellValue, nm, ep);
 }
 
 std::string GetFixedData(std::int32_t rec, std::int32_t writePos, File& nm, std::int16_t cellSize,

@@ -41,6 +41,10 @@ void CellWriter::Write(std::int32_t descriptor, std::int32_t r, std::int16_t f,
   const std::int32_t records = ContainerRecordCount(file_, matrix_);
   if (r < 1 || r > records) Raise(RunTimeError::kSubscript);
   if (HoldsFreeCells(descriptor, file_)) return WriteFree(descriptor, r, f, text);
+  WriteOther(descriptor, r, text);
+}
+
+void CellWriter::WriteOther(std::int32_t descriptor, std::int32_t r, std::string_view text) {
   const FieldStyle style = StyleOf(descriptor, file_);
   switch (style.freeSize) {
     case free_size::kFixed:
@@ -57,21 +61,24 @@ void CellWriter::WriteFree(std::int32_t descriptor, std::int32_t r, std::int16_t
   ChainRun entry = FindEntry(descriptor, r);
   if (entry.count == 0) {
     if (text.empty()) return;
-    MakeRoom(matrix_, descriptor, file_, types_);
-    entry = FindEntry(descriptor, r);
-    if (entry.count == 0) Raise(RunTimeError::kSubscript);
+    entry = MakeEntry(descriptor, r);
   }
   const auto slot = static_cast<std::int32_t>(entry.position);
   std::int32_t cell = file_.Int32At(slot);
+  if (cell != 0) return Overwrite(slot, r, f, text);
+  if (text.empty()) return;
   const bool isLong = text.size() >= layout::cell::kShortTextLimit;
-  if (cell == 0) {
-    if (text.empty()) return;
-    std::int16_t word = EncodeCellCode({FieldTypeNumber(descriptor, file_), isLong, false});
-    return PutCell(cell, word, text, file_, slot);
-  }
+  std::int16_t word = EncodeCellCode({FieldTypeNumber(descriptor, file_), isLong, false});
+  PutCell(cell, word, text, file_, slot);
+}
+
+void CellWriter::Overwrite(std::int32_t slot, std::int32_t r, std::int16_t f,
+                           std::string_view text) {
+  std::int32_t cell = file_.Int32At(slot);
   if (!file_.Contains(cell, layout::cell::kText) || HasWildTitle(file_, cell)) {
     Raise(RunTimeError::kSubscript);
   }
+  const bool isLong = text.size() >= layout::cell::kShortTextLimit;
   if (isLong && LengthBytes(file_.Int16At(cell)) == layout::kShortLengthBytes) {
     // The long form is longer than the short cell: it gets a place of its own before it is written.
     SetCellForm(matrix_, r, f, layout::kLongLengthBytes, file_, error_);
@@ -81,8 +88,11 @@ void CellWriter::WriteFree(std::int32_t descriptor, std::int32_t r, std::int16_t
   PutCell(cell, keepCode, text, file_, slot);
 }
 
-ChainRun CellWriter::FindEntry(std::int32_t descriptor, std::int32_t r) const {
-  return FindChainRun(file_, file_.Int32At(descriptor), r, layout::kPointerBytes);
+ChainRun CellWriter::MakeEntry(std::int32_t descriptor, std::int32_t r) {
+  MakeRoom(matrix_, descriptor, file_, types_);
+  const ChainRun entry = FindEntry(descriptor, r);
+  if (entry.count == 0) Raise(RunTimeError::kSubscript);
+  return entry;
 }
 
 void CellWriter::WriteFixed(std::int32_t descriptor, std::int32_t r, const FieldStyle& style,

@@ -8,6 +8,7 @@
 #include "storage/chain_array.h"
 #include "storage/error_code.h"
 #include "storage/field_style.h"
+#include "storage/layout.h"
 #include "storage/type_tables.h"
 
 namespace orv::storage {
@@ -27,8 +28,16 @@ class CellWriter {
 
  private:
   void WriteFree(std::int32_t descriptor, std::int32_t r, std::int16_t f, std::string_view text);
+  /// Writes over the cell that the pointer slot leads to.
+  void Overwrite(std::int32_t slot, std::int32_t r, std::int16_t f, std::string_view text);
   /// The pointer slot of record `r` in a free field's data; a count of 0 when the data ends before.
-  ChainRun FindEntry(std::int32_t descriptor, std::int32_t r) const;
+  ChainRun FindEntry(std::int32_t descriptor, std::int32_t r) const {
+    return FindChainRun(file_, file_.Int32At(descriptor), r, layout::kPointerBytes);
+  }
+  /// The same after the data was given an entry for every record.
+  ChainRun MakeEntry(std::int32_t descriptor, std::int32_t r);
+  /// Writes by a style that keeps no cell by itself.
+  void WriteOther(std::int32_t descriptor, std::int32_t r, std::string_view text);
   void WriteFixed(std::int32_t descriptor, std::int32_t r, const FieldStyle& style,
                   std::string_view text);
 

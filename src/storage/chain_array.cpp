@@ -20,15 +20,10 @@ std::int64_t EntryPosition(const ChainBlocks::Block& block, std::int64_t k, std:
   return std::int64_t{block.position} + kChainHeadBytes + (k - block.first) * w;
 }
 
-ChainBlocks& BlocksOf(File& file, std::int32_t start, std::int32_t w) {
-  if (w < 1) Raise(RunTimeError::kSubscript);
-  return ChainDirectory::Of(file).Blocks(start, w);
-}
-
 ChainBlocks::Block FindBlock(File& file, std::int32_t start, std::int64_t k, std::int32_t w) {
   const std::int64_t count = FirstBlockEntries(file, start, w);
   if (k >= 1 && k <= count) return {start, 1, count};
-  return BlocksOf(file, start, w).Find(file, k);
+  return ChainDirectory::Blocks(file, start, w).Find(file, k);
 }
 
 bool Holds(const ChainBlocks::Block& block, std::int64_t k) {
@@ -74,11 +69,11 @@ ChainEntry ReadChainEntry(File& file, std::int32_t start, std::int64_t k, std::i
   const ChainBlocks::Block block = FindBlock(file, start, k, w);
   if (Holds(block, k)) return EntryAt(file, EntryPosition(block, k, w), w);
   if (!mayGrow || k < 1) Raise(RunTimeError::kSubscript);
-  return {AppendBlock(file, BlocksOf(file, start, w), block, k, w), 0};
+  return {AppendBlock(file, ChainDirectory::Blocks(file, start, w), block, k, w), 0};
 }
 
 ChainRun FindRunByDirectory(File& file, std::int32_t start, std::int64_t k, std::int32_t w) {
-  const ChainBlocks::Block block = BlocksOf(file, start, w).Find(file, k);
+  const ChainBlocks::Block block = ChainDirectory::Blocks(file, start, w).Find(file, k);
   if (!Holds(block, k)) return {};
   return {EntryPosition(block, k, w), block.first + block.count - k};
 }
@@ -90,7 +85,10 @@ std::int64_t ChainLength(File& file, std::int32_t start, std::int32_t w) {
 }
 
 void GrowChain(File& file, std::int32_t start, std::int64_t count, std::int32_t w) {
-  if (count > 0) ReadChainEntry(file, start, count, w, true);
+  if (start == 0 || count < 1 || count <= FirstBlockEntries(file, start, w)) return;
+  ChainBlocks& blocks = ChainDirectory::Blocks(file, start, w);
+  const ChainBlocks::Block block = blocks.Find(file, count);
+  if (!Holds(block, count)) AppendBlock(file, blocks, block, count, w);
 }
 
 void MoveChainEntries(File& file, std::int32_t start, std::int64_t from, std::int64_t count,

@@ -20,17 +20,14 @@ ChainBlocks::Block ChainBlocks::FindElsewhere(const File& file, std::int64_t k) 
   if (k < 1) Raise(RunTimeError::kSubscript);
   if (known_.empty()) Append(file, start_, 1);
   if (k < last_.first) return Read(file, IndexOf(k));
-  Extend(file, k);
-  return last_;
-}
-
-void ChainBlocks::Extend(const File& file, std::int64_t k) {
+  // The chain goes on from the last known block until a block holds entry `k` or the chain ends.
   while (k >= last_.first + last_.count) {
     const std::int32_t next =
         file.Int32At(std::int64_t{last_.position} + kChainHeadBytes + last_.count * entryBytes_);
     if (next == 0) break;
     Append(file, next, last_.first + last_.count);
   }
+  return last_;
 }
 
 void ChainBlocks::Append(const File& file, std::int32_t position, std::int64_t first) {
@@ -55,6 +52,20 @@ std::size_t ChainBlocks::IndexOf(std::int64_t k) const {
       known_.begin(), known_.end(), k - 1,
       [](std::int64_t wanted, const Known& block) { return wanted < block.before; });
   return static_cast<std::size_t>(behind - known_.begin()) - 1;
+}
+
+ChainDirectory& ChainDirectory::Of(File& file) {
+  if (!file.memory()) file.memory() = std::make_unique<ChainDirectory>();
+  return static_cast<ChainDirectory&>(*file.memory());
+}
+
+ChainBlocks& ChainDirectory::LookUp(File& file, std::int32_t start, std::int32_t entryBytes) {
+  if (entryBytes < 1) Raise(RunTimeError::kSubscript);
+  ChainDirectory& directory = Of(file);
+  const std::uint64_t key = KeyOf(start, entryBytes);
+  ChainBlocks& blocks = directory.arrays_.try_emplace(key, start, entryBytes).first->second;
+  directory.recent_[IndexOf(key)] = {key, &blocks};
+  return blocks;
 }
 
 }  // namespace orv::storage

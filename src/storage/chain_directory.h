@@ -2,6 +2,7 @@
 #pragma once
 
 #include <array>
+#include <bit>
 #include <cstdint>
 #include <memory>
 #include <unordered_map>
@@ -46,8 +47,6 @@ class ChainBlocks {
 
   Block FindElsewhere(const platform::File& file, std::int64_t k);
   Block Read(const platform::File& file, std::size_t index) const;
-  /// Follows the chain from the last known block until a block holds entry `k` or the chain ends.
-  void Extend(const platform::File& file, std::int64_t k);
   /// Takes in a block that the file says is there.
   void Append(const platform::File& file, std::int32_t position, std::int64_t first);
   void Enter(const Block& block) {
@@ -75,29 +74,35 @@ using IndexRoom = std::unordered_map<std::int32_t, std::int64_t>;
 /// The directories of all chain arrays of one opening; lives in the file's memory.
 class ChainDirectory final : public platform::FileMemory {
  public:
-  static ChainDirectory& Of(platform::File& file) {
-    if (!file.memory()) file.memory() = std::make_unique<ChainDirectory>();
-    return static_cast<ChainDirectory&>(*file.memory());
-  }
-  ChainBlocks& Blocks(std::int32_t start, std::int32_t entryBytes) {
-    const std::uint64_t key = (std::uint64_t{static_cast<std::uint32_t>(start)} << 32) |
-                              static_cast<std::uint32_t>(entryBytes);
-    Recent& recent = recent_[(key * kSpread) >> kSpreadShift];
-    if (recent.blocks == nullptr || recent.key != key) {
-      recent = {key, &arrays_.try_emplace(key, start, entryBytes).first->second};
+  static ChainDirectory& Of(platform::File& file);
+  /// The blocks of the array at `start`. Raises 9 for an impossible entry width.
+  static ChainBlocks& Blocks(platform::File& file, std::int32_t start, std::int32_t entryBytes) {
+    const std::uint64_t key = KeyOf(start, entryBytes);
+    if (const platform::FileMemory* memory = file.memory().get()) {
+      const Recent& recent = static_cast<const ChainDirectory*>(memory)->recent_[IndexOf(key)];
+      if (recent.key == key) return *recent.blocks;
     }
-    return *recent.blocks;
+    return LookUp(file, start, entryBytes);
   }
   IndexRoom& indexRoom() { return indexRoom_; }
 
  private:
   struct Recent {
-    std::uint64_t key = 0;
+    std::uint64_t key = 0;  ///< 0, the key of no array, marks a free entry
     ChainBlocks* blocks = nullptr;
   };
   static constexpr std::size_t kRecent = 64;
-  static constexpr std::uint64_t kSpread = 0x9E3779B97F4A7C15;  ///< makes the upper bits differ
-  static constexpr int kSpreadShift = 58;                       ///< leaves an index below kRecent
+
+  static std::uint64_t KeyOf(std::int32_t start, std::int32_t entryBytes) {
+    return (std::uint64_t{static_cast<std::uint32_t>(start)} << 32) |
+           static_cast<std::uint32_t>(entryBytes);
+  }
+  static std::size_t IndexOf(std::uint64_t key) {
+    constexpr std::uint64_t kSpread = 0x9E3779B97F4A7C15;  // makes the upper bits differ
+    constexpr int kShift = 64 - std::bit_width(kRecent - 1);
+    return (key * kSpread) >> kShift;
+  }
+  static ChainBlocks& LookUp(platform::File& file, std::int32_t start, std::int32_t entryBytes);
 
   std::unordered_map<std::uint64_t, ChainBlocks> arrays_;
   IndexRoom indexRoom_;

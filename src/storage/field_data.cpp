@@ -17,16 +17,12 @@ using platform::File;
 using platform::Raise;
 using platform::RunTimeError;
 
-FieldData::FieldData(File& file, std::int32_t matrix, std::int32_t descriptor, TypeTables& types)
-    : file_(file), descriptor_(descriptor), start_(file.Int32At(descriptor)) {
-  if (HoldsFreeCells(descriptor, file)) {
-    width_ = kPointerBytes;
-    return;
-  }
-  style_ = StyleOf(descriptor, file);
+void FieldData::Examine(std::int32_t matrix, TypeTables& types) {
+  width_ = 0;
+  style_ = StyleOf(descriptor_, file_);
   if (style_.freeSize == free_size::kFixed) {
     width_ = style_.cellSize;
-    const FixedFormat format = FixedFormatOf(file, matrix, descriptor, style_, &types);
+    const FixedFormat format = FixedFormatOf(file_, matrix, descriptor_, style_, &types);
     if (!format.IsNumeric()) empty_ = platform::kBlank;
   }
   if (style_.freeSize == free_size::kDictionary && DictionaryIndex::IsWidth(style_.cellSize)) {
@@ -40,10 +36,8 @@ void FieldData::Allocate(std::int32_t count) {
   file_.WriteInt32(descriptor_, start_);
 }
 
-void FieldData::Grow(std::int32_t used, std::int32_t count) {
+void FieldData::GrowOther(std::int32_t used, std::int32_t count) {
   if (style_.freeSize == free_size::kDictionary) return GrowIndex(used, count);
-  // New entries are zeros, which is what a free field's empty cell is.
-  if (style_.freeSize == free_size::kFree) return GrowChain(file_, start_, count, width_);
   const std::int64_t present = ChainLength(file_, start_, width_);
   if (present >= count) return;
   AddFixedRecords(static_cast<std::int32_t>(present) + 1, start_,

@@ -30,14 +30,6 @@ std::string NewDescriptor() {
   return bytes;
 }
 
-/// The descriptor's position, which comes from the file: raises 9 when it leads outside.
-std::int32_t Checked(const File& file, std::int32_t descriptor) {
-  if (descriptor > 0 && !file.Contains(descriptor, layout::descriptor::kBytes)) {
-    Raise(RunTimeError::kSubscript);
-  }
-  return descriptor;
-}
-
 }  // namespace
 
 bool CheckOwnFormat(const File& file) {
@@ -98,17 +90,13 @@ std::int32_t FieldChain(const File& file, std::int32_t matrix) {
 }
 
 std::int32_t FindFieldDescriptor(File& file, std::int32_t matrix, std::int16_t f) {
-  return Checked(
+  return CheckedDescriptor(
       file, ReadChainEntry(file, FieldChain(file, matrix), f, layout::kPointerBytes, false).value);
 }
 
-std::int32_t DescriptorWalk::Next() {
-  if (slots_.count == 0) slots_ = FindChainRun(file_, chain_, next_, layout::kPointerBytes);
+void DescriptorWalk::FindSlots() {
+  slots_ = FindChainRun(file_, chain_, next_, layout::kPointerBytes);
   if (slots_.count == 0) Raise(RunTimeError::kSubscript);
-  const std::int32_t descriptor = Checked(file_, file_.Int32At(slots_.position));
-  slots_ = {slots_.position + layout::kPointerBytes, slots_.count - 1};
-  ++next_;
-  return descriptor;
 }
 
 void CreateFieldDescriptor(File& file, std::int32_t matrix, std::int16_t f, ErrorCode& error) {

@@ -36,6 +36,13 @@ inline std::int32_t FieldTablePosition(const platform::File& file, std::int32_t 
 std::int16_t ContainerFieldCount(const platform::File& file, std::int32_t matrix);
 /// Start of the chain array of descriptor positions; raises 9 for a matrix without a field table.
 std::int32_t FieldChain(const platform::File& file, std::int32_t matrix);
+/// A descriptor's position as the file gives it; raises 9 when it leads outside.
+inline std::int32_t CheckedDescriptor(const platform::File& file, std::int32_t descriptor) {
+  if (descriptor > 0 && !file.Contains(descriptor, layout::descriptor::kBytes)) {
+    platform::Raise(platform::RunTimeError::kSubscript);
+  }
+  return descriptor;
+}
 /// Position of field `f`'s descriptor, 0 when its slot is empty. Raises 9 for a field beyond the
 /// table and for a descriptor that does not lie inside the file.
 std::int32_t FindFieldDescriptor(platform::File& file, std::int32_t matrix, std::int16_t f);
@@ -49,9 +56,17 @@ class DescriptorWalk {
 
   /// Position of the next field's descriptor, 0 when its slot is empty. Raises 9 behind the table
   /// and for a descriptor outside the file.
-  std::int32_t Next();
+  std::int32_t Next() {
+    if (slots_.count == 0) FindSlots();
+    const std::int32_t descriptor = CheckedDescriptor(file_, file_.Int32At(slots_.position));
+    slots_ = {slots_.position + layout::kPointerBytes, slots_.count - 1};
+    ++next_;
+    return descriptor;
+  }
 
  private:
+  void FindSlots();
+
   platform::File& file_;
   std::int32_t chain_;
   ChainRun slots_;  ///< those of the next field and of its neighbours
