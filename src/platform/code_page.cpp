@@ -1,10 +1,12 @@
 #include "platform/code_page.h"
 
+#include <algorithm>
 #include <array>
 #include <bit>
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
+#include <type_traits>
 
 namespace orv::platform {
 namespace {
@@ -92,92 +94,89 @@ bool IsSecondHalf([[maybe_unused]] std::wstring_view wide, [[maybe_unused]] std:
   }
 }
 
-/// Most text is ASCII, which both codes share. It is converted by groups of characters, as many as
-/// an integer has bytes; the last group of a text may overlap the one before. Short texts are most
-/// of all texts, so they have a smaller group.
-using Group = std::uint64_t;
-using SmallGroup = std::uint32_t;
+// Most text is ASCII, which both codes share. It is converted by groups of 16, 8 or 4 characters,
+// by the size of the text; the last group may overlap the one before.
 
-/// Whether a text of this size is converted by groups of this kind.
-template <typename Bytes>
-constexpr bool Suits(std::size_t size) {
-  return size >= sizeof(Bytes) && (sizeof(Bytes) == sizeof(Group) || size < sizeof(Group));
-}
-
-/// Calls `convert` with the offset of each group; false as soon as it gives false.
-template <typename Bytes, typename Convert>
-bool ForGroups(std::size_t size, Convert convert) {
-  const std::size_t last = size - sizeof(Bytes);
-  for (std::size_t at = 0; at < last; at += sizeof(Bytes)) {
-    if (!convert(at)) return false;
+/// Calls `convert` with the size (as a type) and the offset of each group. False as soon as it
+/// gives false, and for a text shorter than all groups.
+template <std::size_t kCount, typename Convert>
+bool ForGroupsOf(std::size_t size, Convert convert) {
+  const std::size_t last = size - kCount;
+  for (std::size_t at = 0;; at = std::min(at + kCount, last)) {
+    if (!convert(std::integral_constant<std::size_t, kCount>(), at)) return false;
+    if (at == last) return true;
   }
-  return convert(last);
 }
 
-template <typename Bytes>
-bool IsAsciiGroup(Bytes bytes) {
-  return (bytes & static_cast<Bytes>(0x8080808080808080U)) == 0;
+template <typename Convert>
+bool ForGroups(std::size_t size, Convert convert) {
+  if (size >= 16) return ForGroupsOf<16>(size, convert);
+  if (size >= 8) return ForGroupsOf<8>(size, convert);
+  return size >= 4 && ForGroupsOf<4>(size, convert);
 }
 
-template <typename Bytes>
-Bytes LoadGroup(const char* from) {
-  Bytes bytes = 0;
-  std::memcpy(&bytes, from, sizeof bytes);
-  return bytes;
+template <typename Word>
+Word LoadWord(const void* from) {
+  Word word = 0;
+  std::memcpy(&word, from, sizeof word);
+  return word;
+}
+
+template <std::size_t kCount>
+bool IsAsciiGroup(const char* group) {
+  using Word = std::conditional_t<kCount == 4, std::uint32_t, std::uint64_t>;
+  Word all = 0;
+#pragma GCC unroll 2
+  for (std::size_t i = 0; i < kCount; i += sizeof(Word)) all |= LoadWord<Word>(group + i);
+  return (all & static_cast<Word>(0x8080808080808080U)) == 0;
+}
+
+template <std::size_t kCount>
+bool IsAsciiGroup(const wchar_t* group) {
+  constexpr std::uint64_t kNotAscii =
+      sizeof(wchar_t) == 4 ? 0xFFFFFF80FFFFFF80U : 0xFF80FF80FF80FF80U;
+  constexpr std::size_t kInWord = sizeof(std::uint64_t) / sizeof(wchar_t);
+  std::uint64_t all = 0;
+#pragma GCC unroll 8
+  for (std::size_t i = 0; i < kCount; i += kInWord) all |= LoadWord<std::uint64_t>(group + i);
+  return (all & kNotAscii) == 0;
 }
 
 /// Stores a group of bytes as wide characters; false, with nothing stored, when one is not ASCII.
-template <typename Bytes>
-bool WidenAscii(const char* from, wchar_t* wide) {
-  const auto group = LoadGroup<Bytes>(from);
-  if (!IsAsciiGroup(group)) return false;
-  std::array<unsigned char, sizeof group> bytes;  // a copy, which `wide` cannot overlap
-  std::memcpy(bytes.data(), &group, sizeof group);
-  for (std::size_t i = 0; i < sizeof group; ++i) wide[i] = static_cast<wchar_t>(bytes[i]);
+template <std::size_t kCount>
+bool WidenAscii(const char* group, wchar_t* wide) {
+  if (!IsAsciiGroup<kCount>(group)) return false;
+  std::array<unsigned char, kCount> bytes;  // a copy, which `wide` cannot overlap
+  std::memcpy(bytes.data(), group, kCount);
+  for (std::size_t i = 0; i < kCount; ++i) wide[i] = static_cast<wchar_t>(bytes[i]);
   return true;
 }
 
 /// Stores a group of wide characters as bytes; false, with nothing stored, when one is not ASCII.
-template <typename Bytes>
+template <std::size_t kCount>
 bool NarrowAscii(const wchar_t* group, char* bytes) {
-  constexpr std::uint64_t kNotAscii =
-      sizeof(wchar_t) == 4 ? 0xFFFFFF80FFFFFF80U : 0xFF80FF80FF80FF80U;
-  std::array<std::uint64_t, sizeof(Bytes) * sizeof(wchar_t) / sizeof(std::uint64_t)> words;
-  std::memcpy(words.data(), group, sizeof words);
-  std::uint64_t all = 0;
-#pragma GCC unroll 4
-  for (const std::uint64_t word : words) all |= word;
-  if ((all & kNotAscii) != 0) return false;
-  std::array<char, sizeof(Bytes)> narrow;  // a copy, which `group` cannot overlap
-  for (std::size_t i = 0; i < narrow.size(); ++i) narrow[i] = static_cast<char>(group[i]);
-  std::memcpy(bytes, narrow.data(), narrow.size());
+  if (!IsAsciiGroup<kCount>(group)) return false;
+  std::array<char, kCount> narrow;  // a copy, which `group` cannot overlap
+  for (std::size_t i = 0; i < kCount; ++i) narrow[i] = static_cast<char>(group[i]);
+  std::memcpy(bytes, narrow.data(), kCount);
   return true;
-}
-
-/// The groups of a text of ASCII; false, with something stored, when it is not or has no group.
-template <typename Bytes>
-bool WidenGroups(std::string_view bytes, wchar_t* wide) {
-  return Suits<Bytes>(bytes.size()) && ForGroups<Bytes>(bytes.size(), [&](std::size_t at) {
-           return WidenAscii<Bytes>(bytes.data() + at, wide + at);
-         });
-}
-
-template <typename Bytes>
-bool NarrowGroups(std::wstring_view wide, char* bytes) {
-  return Suits<Bytes>(wide.size()) && ForGroups<Bytes>(wide.size(), [&](std::size_t at) {
-           return NarrowAscii<Bytes>(wide.data() + at, bytes + at);
-         });
 }
 
 /// Stores the wide characters of the bytes.
 void Widen(std::string_view bytes, wchar_t* wide) {
-  if (WidenGroups<Group>(bytes, wide) || WidenGroups<SmallGroup>(bytes, wide)) return;
+  const bool done = ForGroups(bytes.size(), [&](auto count, std::size_t at) {
+    return WidenAscii<count>(bytes.data() + at, wide + at);
+  });
+  if (done) return;
   for (const char byte : bytes) *wide++ = ToWide(byte);
 }
 
 /// Stores the bytes of the wide characters and returns how many they are.
 std::size_t Narrow(std::wstring_view wide, char* bytes) {
-  if (NarrowGroups<Group>(wide, bytes) || NarrowGroups<SmallGroup>(wide, bytes)) return wide.size();
+  const bool done = ForGroups(wide.size(), [&](auto count, std::size_t at) {
+    return NarrowAscii<count>(wide.data() + at, bytes + at);
+  });
+  if (done) return wide.size();
   std::size_t count = 0;
   for (std::size_t i = 0; i < wide.size(); ++i) {
     if (!IsSecondHalf(wide, i)) bytes[count++] = ToByte(wide[i]);
@@ -199,15 +198,15 @@ std::basic_string_view<Char> TrimEnd(std::basic_string_view<Char> text) {
   return text.substr(0, end);
 }
 
-/// Takes blanks off the end by groups; true when none is left there. Cells of fixed width end in
+/// Takes blanks off the end word by word; true when none is left there. Cells of fixed width end in
 /// many.
-template <typename Bytes>
-bool TrimGroups(std::string_view& text) {
+template <typename Word>
+bool TrimWords(std::string_view& text) {
   constexpr int kByteBits = 8;
-  constexpr auto kBlanks = static_cast<Bytes>(0x2020202020202020U);
-  while (text.size() >= sizeof(Bytes)) {
-    const auto end = LoadGroup<Bytes>(text.data() + text.size() - sizeof(Bytes));
-    const int blankBits = std::countl_zero(static_cast<Bytes>(end ^ kBlanks));
+  constexpr auto kBlanks = static_cast<Word>(0x2020202020202020U);
+  while (text.size() >= sizeof(Word)) {
+    const auto end = LoadWord<Word>(text.data() + text.size() - sizeof(Word));
+    const int blankBits = std::countl_zero(static_cast<Word>(end ^ kBlanks));
     text.remove_suffix(static_cast<std::size_t>(blankBits / kByteBits));
     if (end != kBlanks) return true;
   }
@@ -215,7 +214,7 @@ bool TrimGroups(std::string_view& text) {
 }
 
 std::string_view TrimEnd(std::string_view text) {
-  if (TrimGroups<Group>(text) || TrimGroups<SmallGroup>(text)) return text;
+  if (TrimWords<std::uint64_t>(text) || TrimWords<std::uint32_t>(text)) return text;
   return TrimEnd<char>(text);
 }
 
@@ -232,10 +231,10 @@ char ToByte(wchar_t wide) noexcept {
 }
 
 bool IsAscii(std::string_view bytes) noexcept {
-  const auto isAscii = [&](std::size_t at) {
-    return IsAsciiGroup(LoadGroup<Group>(bytes.data() + at));
-  };
-  if (Suits<Group>(bytes.size())) return ForGroups<Group>(bytes.size(), isAscii);
+  const bool isAscii = ForGroups(bytes.size(), [&](auto count, std::size_t at) {
+    return IsAsciiGroup<count>(bytes.data() + at);
+  });
+  if (isAscii) return true;
   unsigned all = 0;
   for (const char byte : bytes) all |= static_cast<unsigned char>(byte);
   return all < 0x80;

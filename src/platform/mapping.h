@@ -38,9 +38,9 @@ class Mapping {
   /// Makes the file `size` bytes long with its disk blocks reserved; the new bytes are zero. After
   /// a failure (disk full: 61) the file is as it was.
   virtual void Extend(std::int64_t size) = 0;
-  /// Makes the first touch of `count` zero bytes from `offset` on cheap, bytes that nothing was ever
+  /// May make the first touch of the zero bytes from `offset` on cheap, bytes that nothing was ever
   /// stored in. They stay zeros. Never fails: what could not be done costs time alone.
-  virtual void MakeReady(std::int64_t offset, std::int64_t count) noexcept = 0;
+  virtual void MakeReady(std::int64_t /*offset*/, std::int64_t /*count*/) noexcept {}
   /// Cuts the file to `size` bytes. Never fails: a file that cannot be cut keeps zero bytes at its
   /// end.
   virtual void Trim(std::int64_t size) noexcept = 0;

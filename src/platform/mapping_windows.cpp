@@ -177,8 +177,6 @@ class WindowsMapping final : public Mapping {
     Raise(FromOsError(failure));
   }
 
-  void MakeReady(std::int64_t, std::int64_t) noexcept override {}
-
   void Trim(std::int64_t size) noexcept override {
     if (range_.Faulted()) return;
     // A file cannot be cut while it is mapped.

@@ -69,39 +69,38 @@ std::string_view CellClass::ReadCell(const Location& at, std::int32_t rec, std::
 std::string_view CellClass::ReadUnderlying(const Location& at, std::int32_t rec, std::int16_t fld,
                                            bool& isMtx) {
   code_ = 0;
-  if (at.IsDbase()) {
-    if (rec >= 1) return ports_.dbase->ReadCell(*at.file, rec, fld);
-    buffer_ = ports_.dbase->FieldName(*at.file, fld);
-    return buffer_;
-  }
+  if (at.IsDbase()) return ReadDbase(at, rec, fld);
   const std::int32_t descriptor = DescriptorOf(at, fld);
   if (descriptor < 1) return {};
   std::string_view text;
-  if (rec < 1) {
-    text = GetCell(descriptor + layout::descriptor::kTitleCell, *at.file, code_, buffer_);
-  } else if (HoldsFreeCells(descriptor, *at.file)) {
+  if (rec >= 1 && HoldsFreeCells(descriptor, *at.file)) {
     const FreeCell cell = ReadFreeCell(*at.file, at.position, descriptor, rec, buffer_);
     text = cell.text;
     code_ = cell.code;
   } else {
-    FieldReader reader(*at.file, at.position, descriptor, &types_);
-    text = reader.Read(rec);
-    code_ = reader.code();
-    if (!at.file->Owns(text)) {  // gathered in the reader, which ends here
-      buffer_ = text;
-      text = buffer_;
-    }
+    text = ReadOther(at, descriptor, rec);
   }
   isMtx = code_ < 0;
   return text;
 }
 
-/// The field's descriptor; 0, with 255, for an empty slot of the field table.
-std::int32_t CellClass::DescriptorOf(const Location& at, std::int16_t fld) {
-  const std::int32_t descriptor = fields_.GetFieldPos(at.position, fld, *at.file);
-  if (descriptor >= 1) return descriptor;
-  error_.Set(code::kBadArgument);
-  return 0;
+std::string_view CellClass::ReadDbase(const Location& at, std::int32_t rec, std::int16_t fld) {
+  if (rec >= 1) return ports_.dbase->ReadCell(*at.file, rec, fld);
+  buffer_ = ports_.dbase->FieldName(*at.file, fld);
+  return buffer_;
+}
+
+/// The field's name, or a cell of a style that keeps no cell by itself.
+std::string_view CellClass::ReadOther(const Location& at, std::int32_t descriptor,
+                                      std::int32_t rec) {
+  if (rec < 1)
+    return GetCell(descriptor + layout::descriptor::kTitleCell, *at.file, code_, buffer_);
+  FieldReader reader(*at.file, at.position, descriptor, &types_);
+  const std::string_view text = reader.Read(rec);
+  code_ = reader.code();
+  if (at.file->Owns(text)) return text;
+  buffer_ = text;  // gathered in the reader, which ends here
+  return buffer_;
 }
 
 void CellClass::SvrSetCellValue(std::string_view v, const std::wstring& p, std::int32_t rec,

@@ -48,7 +48,15 @@ class CellClass final : public CellFinder {
   bool MapToUnderlying(const Location& at, std::int32_t& rec, std::int16_t& fld);
   std::string_view ReadUnderlying(const Location& at, std::int32_t rec, std::int16_t fld,
                                   bool& isMtx);
-  std::int32_t DescriptorOf(const Location& at, std::int16_t fld);
+  std::string_view ReadDbase(const Location& at, std::int32_t rec, std::int16_t fld);
+  std::string_view ReadOther(const Location& at, std::int32_t descriptor, std::int32_t rec);
+  /// The field's descriptor; 0, with 255, for an empty slot of the field table.
+  std::int32_t DescriptorOf(const Location& at, std::int16_t fld) {
+    const std::int32_t descriptor = fields_.GetFieldPos(at.position, fld, *at.file);
+    if (descriptor >= 1) return descriptor;
+    error_.Set(code::kBadArgument);
+    return 0;
+  }
 
   PathResolver& resolver_;
   FieldClass& fields_;

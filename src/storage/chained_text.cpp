@@ -25,7 +25,7 @@ std::size_t PieceLimit(int L) {
   return L == 2 ? kInt16Limit : kInt32Limit;
 }
 
-std::int64_t LengthAt(const File& file, std::int64_t position, int L) {
+inline std::int64_t LengthAt(const File& file, std::int64_t position, int L) {
   if (L == 1) return file.ByteAt(position);
   return L == 2 ? std::int64_t{file.Int16At(position)} : std::int64_t{file.Int32At(position)};
 }
