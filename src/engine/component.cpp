@@ -2,8 +2,11 @@
 
 namespace orv::engine {
 
-Component& Component::Instance() {
+Component* Component::instance_ = nullptr;
+
+Component& Component::Create() {
   static Component component;
+  instance_ = &component;
   return component;
 }
 

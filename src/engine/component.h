@@ -19,7 +19,7 @@ namespace orv::engine {
 /// ports. Every `Engine` object is a handle on it.
 class Component {
  public:
-  static Component& Instance();
+  static Component& Instance() { return instance_ != nullptr ? *instance_ : Create(); }
 
   storage::Storage storage;
   LanguageServices language;
@@ -31,6 +31,9 @@ class Component {
 
  private:
   Component();
+  static Component& Create();
+
+  static Component* instance_;  ///< nullptr until it is first asked for
 
   exchange::DbaseTables dbase_;
   query::FilterBuilder filterBuilder_;

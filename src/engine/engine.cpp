@@ -107,9 +107,8 @@ void Engine::CmdAddRecord(std::wstring& Pth, std::int32_t& Number, std::int32_t&
 std::wstring Engine::GetCellValue(std::wstring& p, std::int32_t& Rec, std::int16_t& Fld,
                                   Boolean& isMtx, Boolean& Frml) {
   bool holdsMatrix = false;
-  std::wstring text;
-  CallMember([&](Component& component) {
-    text = ToWide(component.storage.cells.SvrGetCellValue(p, Rec, Fld, holdsMatrix, IsTrue(Frml)));
+  std::wstring text = CallMember(std::wstring(), [&](Component& component) {
+    return ToWide(component.storage.cells.SvrGetCellValue(p, Rec, Fld, holdsMatrix, IsTrue(Frml)));
   });
   isMtx = ToBoolean(holdsMatrix);
   return text;

@@ -20,9 +20,10 @@ template <typename Result, typename Work>
 Result CallMember(Result failed, Work work) {
   Component& component = Component::Instance();
   component.storage.files.ReleaseRetired();
-  Result result = std::move(failed);
   try {
-    result = work(component);
+    Result result = work(component);
+    SettleMapFaults(component);
+    return result;
   } catch (const platform::RunTimeFailure& failure) {
     component.storage.error.Set(failure.number());
   } catch (const std::bad_alloc&) {
@@ -31,7 +32,7 @@ Result CallMember(Result failed, Work work) {
     component.storage.error.Set(platform::RunTimeError::kUnforeseen);
   }
   SettleMapFaults(component);
-  return result;
+  return failed;
 }
 
 /// The same for a member without a result.

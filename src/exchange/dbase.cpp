@@ -69,7 +69,9 @@ std::int64_t CellPosition(const File& file, std::int32_t r, std::int16_t f) {
 /// The bytes of the range; another program may have lengthened the file since it was last looked
 /// at.
 std::string_view Bytes(File& file, std::int64_t position, std::int64_t count) {
-  if (!file.Contains(position, count)) file.RefreshLength();
+  if (!file.Contains(position, count)) [[unlikely]] {
+    file.RefreshLength();
+  }
   return file.View(position, count);
 }
 

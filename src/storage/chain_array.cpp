@@ -39,8 +39,8 @@ ChainEntry EntryAt(const File& file, std::int64_t position, std::int32_t w) {
 
 /// Appends a block that ends with entry `k` behind the last block; returns the entry's position
 /// less 4.
-std::int32_t AppendBlock(File& file, ChainBlocks& blocks, const ChainBlocks::Block& last,
-                         std::int64_t k, std::int32_t w) {
+inline std::int32_t AppendBlock(File& file, ChainBlocks& blocks, const ChainBlocks::Block& last,
+                                std::int64_t k, std::int32_t w) {
   const std::int64_t count = k - (last.first - 1 + last.count);
   const std::int32_t block = AppendChainBlock(file, count, w);
   file.WriteInt32(EntryPosition(last, last.first + last.count, w), block);

@@ -29,12 +29,16 @@ FixedFormat FixedFormatOf(File& file, std::int32_t matrix, std::int32_t descript
 
 namespace {
 
+/// Most cells are not longer.
+constexpr int kUsualCellBytes = 48;
+
 /// The cell whose pointer stands in the slot.
 FreeCell CellOfSlot(const File& file, std::int64_t slot, std::string& buffer) {
   FreeCell cell;
   const std::int32_t position = file.Int32At(slot);
   if (position < 1) return cell;
   cell.position = position;
+  file.Prefetch(std::int64_t{position} + kUsualCellBytes);  // it may lie across two cache lines
   cell.text = GetCell(position, file, cell.code, buffer);
   return cell;
 }
