@@ -1,4 +1,5 @@
 // Matrices in cells: creation, nesting, the top-level matrix, blocks of values.
+#include <limits>
 #include <string>
 
 #include <gtest/gtest.h>
@@ -265,6 +266,41 @@ TEST_F(ValueMatrixTest, BeyondTheLastRecordTheCallEndsOneBehindIt) {
   EXPECT_EQ(m.At(1, 4), L"");
   Read(7, 10, {1, 2}, {1, 10});
   EXPECT_EQ(last_, 7) << "the record that exceeds the count";
+}
+
+TEST_F(ValueMatrixTest, OneArrayServesBlockAfterBlock) {
+  TextMatrix m = Read(1, 2, {1, 2}, {1, 2});
+  const std::wstring* const first = &m.At(1, 1);
+  m.StartRecordsAt(2);
+  EXPECT_EQ(m.records(), (Bounds{2, 3}));
+  EXPECT_EQ(&m.At(1, 2), first) << "the texts stay where they are";
+  EXPECT_EQ(m.At(1, 2), L"1:1");
+  std::wstring path = db_.Path();
+  std::int32_t from = 2;
+  std::int32_t to = 3;
+  Boolean frml = Boolean::kFalse;
+  db_.engine.ValueMatrix(m, path, from, to, frml);
+  EXPECT_EQ(db_.Error(), 0);
+  EXPECT_EQ(m.At(1, 2), L"2:1");
+  EXPECT_EQ(m.At(2, 3), L"3:2");
+  EXPECT_FALSE(m.Contains(1, 1));
+}
+
+TEST(TextMatrixTest, RecordsAreNotNumberedBeyondTheGreatestNumber) {
+  constexpr std::int32_t kGreatest = std::numeric_limits<std::int32_t>::max();
+  TextMatrix m({1, 1}, {0, 2});
+  m.StartRecordsAt(kGreatest - 2);
+  EXPECT_EQ(m.records(), (Bounds{kGreatest - 2, kGreatest}));
+  m.StartRecordsAt(kGreatest - 1);
+  EXPECT_EQ(m.records(), (Bounds{kGreatest - 2, kGreatest})) << "they keep their numbers";
+  m.StartRecordsAt(-5);
+  EXPECT_EQ(m.records(), (Bounds{-5, -3}));
+}
+
+TEST(TextMatrixTest, AnArrayWithoutRecordsStaysWithoutThem) {
+  TextMatrix m({1, 3}, {1, 0});
+  m.StartRecordsAt(10);
+  EXPECT_EQ(m.records(), (Bounds{1, 0}));
 }
 
 TEST_F(ValueMatrixTest, AnElementOutsideTheArrayIs20) {

@@ -49,9 +49,38 @@ TEST(CodePageTest, BuffersAreOverwritten) {
   std::wstring wide = L"something longer";
   ToWide("ab", wide);
   EXPECT_EQ(wide, L"ab");
-  std::string bytes = "something longer";
-  ToBytes(L"cd", bytes);
-  EXPECT_EQ(bytes, "cd");
+  std::string room = "something longer";
+  EXPECT_EQ(ToBytes(L"cd", room), "cd");
+  EXPECT_EQ(ToBytes(L"more than the room has had", room), "more than the room has had");
+  EXPECT_EQ(ToBytes(L"", room), "");
+}
+
+// Groups of characters are converted together; wherever the one that is not ASCII stands, each
+// character is converted as it is alone.
+TEST(CodePageTest, TextsOfAllLengthsWithALetterAnywhere) {
+  for (std::size_t size = 0; size <= 40; ++size) {
+    for (std::size_t letter = 0; letter <= size; ++letter) {
+      std::string bytes;
+      std::wstring wide;
+      for (std::size_t i = 0; i < size; ++i) {
+        bytes += i == letter ? '\xC6' : static_cast<char>('!' + i);
+        wide += ToWide(bytes.back());
+      }
+      EXPECT_EQ(ToWide(bytes), wide);
+      EXPECT_EQ(ToBytes(wide), bytes);
+      EXPECT_EQ(IsAscii(bytes), letter == size);
+    }
+  }
+}
+
+TEST(CodePageTest, BlanksAreTrimmedFromTextsOfAllLengths) {
+  for (std::size_t size = 0; size <= 20; ++size) {
+    const std::string text(size, 'x');
+    for (std::size_t blanks = 0; blanks <= 20; ++blanks) {
+      EXPECT_EQ(Trim(text + std::string(blanks, ' ')), text);
+      EXPECT_EQ(TrimRight(" " + text + std::string(blanks, ' ')), size == 0 ? "" : " " + text);
+    }
+  }
 }
 
 TEST(CodePageTest, FoldsLatinAndCyrillicLetters) {

@@ -75,6 +75,46 @@ TEST_F(FileTest, WhatAWriteHasStoredIsInTheFileAtOnce) {
   EXPECT_EQ(test::ReadBytes(name_).substr(0, 3), "abc") << "not only after closing";
 }
 
+TEST_F(FileTest, WhatAFileGainsIsZeros) {
+  test::WriteBytes(name_, "abc");
+  {
+    const auto file = Open();
+    file->Reach(3, 2);
+    EXPECT_EQ(file->Length(), 4);
+    file->Reach(1, 2);
+    EXPECT_EQ(file->Length(), 4) << "nothing is cut off";
+    file->Reach(5, 200000);
+    EXPECT_EQ(file->View(1, 200004), "abc" + std::string(200001, '\0'));
+  }
+  EXPECT_EQ(test::ReadBytes(name_), "abc" + std::string(200001, '\0'));
+}
+
+// The pages of a growing file are prepared ahead of its end; nothing of that may stay or reach what
+// was stored.
+TEST_F(FileTest, GrowingBySmallStepsKeepsEveryByte) {
+  std::string expected;
+  {
+    const auto file = Open();
+    for (int i = 0; i < 30000; ++i) {
+      const std::string piece(static_cast<std::size_t>(1 + i % 13),
+                              static_cast<char>('a' + i % 26));
+      file->Write(file->Length() + 1, piece);
+      expected += piece;
+      if (i % 7000 == 0) file->Settle();
+    }
+    EXPECT_EQ(file->View(1, file->Length()), expected);
+  }
+  EXPECT_EQ(test::ReadBytes(name_), expected);
+}
+
+TEST_F(FileTest, BytesAreComposedInPlace) {
+  const auto file = Open();
+  file->Write(1, "abc");
+  file->Compose(3, 3, [](char* bytes) { std::memcpy(bytes, "xyz", 3); });
+  EXPECT_EQ(file->View(1, 10), "abxyz");
+  EXPECT_RAISES(9, file->Compose(0, 1, [](char*) { FAIL(); }));
+}
+
 TEST_F(FileTest, AGapIsFilledWithZeros) {
   test::WriteBytes(name_, "ab");
   {
