@@ -177,20 +177,12 @@ class PosixMapping final : public Mapping {
   /// A page written by a call is taken into the cache with its neighbours, and its first touch
   /// finds it there; a page first met by a touch costs four times as much.
   void MakeReady(std::int64_t offset, std::int64_t count) noexcept override {
-    static const std::array<char, 4096> zeros{};
     if (FileLength() < size_) return;  // cut short by another program: it is not made long again
     while (count > 0) {
-      std::array<iovec, 16> pieces;
-      std::size_t used = 0;
-      for (; used < pieces.size() && count > 0; ++used) {
-        const std::int64_t bytes = std::min<std::int64_t>(count, zeros.size());
-        pieces[used] = {const_cast<char*>(zeros.data()), static_cast<std::size_t>(bytes)};
-        count -= bytes;
-      }
-      const ssize_t written =
-          pwritev(file_.number(), pieces.data(), static_cast<int>(used), offset);
+      const ssize_t written = WriteZeros(offset, count);
       if (written <= 0) return;
       offset += written;
+      count -= written;
     }
   }
 
@@ -206,6 +198,21 @@ class PosixMapping final : public Mapping {
   std::int64_t FileLength() const noexcept {
     struct stat status = {};
     return fstat(file_.number(), &status) == 0 ? status.st_size : -1;
+  }
+
+  /// Writes zeros by one call, perhaps fewer than asked for; returns how many.
+  ssize_t WriteZeros(std::int64_t offset, std::int64_t count) const noexcept {
+    constexpr std::size_t kPieceBytes = 4096;
+    constexpr std::size_t kPieces = 16;
+    static std::array<char, kPieceBytes> zeros;
+    std::array<iovec, kPieces> pieces;
+    std::size_t used = 0;
+    for (; used < kPieces && count > 0; ++used) {
+      const std::size_t bytes = std::min(static_cast<std::size_t>(count), kPieceBytes);
+      pieces[used] = {zeros.data(), bytes};
+      count -= static_cast<std::int64_t>(bytes);
+    }
+    return pwritev(file_.number(), pieces.data(), static_cast<int>(used), offset);
   }
 
   int Reserve(std::int64_t size) const {
