@@ -1,5 +1,6 @@
 #include "exchange/dbase.h"
 
+#include <algorithm>
 #include <array>
 
 #include "platform/code_page.h"
@@ -78,6 +79,16 @@ std::string_view Bytes(File& file, std::int64_t position, std::int64_t count) {
 }  // namespace
 
 std::int32_t DbaseTables::RecordCount(File& file) const { return file.Int32At(At(kRecordsOffset)); }
+
+std::int32_t DbaseTables::ReadableRecordCount(File& file) const {
+  constexpr std::int64_t kBelieved = 1000;
+  file.RefreshLength();
+  const std::int64_t room = file.Length() - Unsigned16At(file, kHeaderLengthOffset);
+  const std::int64_t width = std::max<std::int64_t>(Unsigned16At(file, kRecordLengthOffset), 1);
+  const std::int64_t held = (room + width - 1) / width;
+  return static_cast<std::int32_t>(
+      std::min<std::int64_t>(RecordCount(file), std::max(held, kBelieved)));
+}
 
 std::int16_t DbaseTables::FieldCount(File& file) const {
   return static_cast<std::int16_t>((Unsigned16At(file, kHeaderLengthOffset) - kDescriptorBytes) /

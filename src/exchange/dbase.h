@@ -13,6 +13,7 @@ namespace orv::exchange {
 class DbaseTables final : public storage::DbasePort {
  public:
   std::int32_t RecordCount(platform::File& file) const override;
+  std::int32_t ReadableRecordCount(platform::File& file) const override;
   std::int16_t FieldCount(platform::File& file) const override;
   std::int16_t FieldWidth(platform::File& file, std::int16_t f) const override;
   std::string FieldName(platform::File& file, std::int16_t f) const override;

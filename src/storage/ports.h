@@ -53,7 +53,11 @@ class FormulaPort {
 class DbasePort {
  public:
   virtual ~DbasePort() = default;
+  /// The number in the header, whatever the file holds.
   virtual std::int32_t RecordCount(platform::File& file) const = 0;
+  /// The records that loops over the table go through: the header's number, cut to a thousand or to
+  /// the records that the file has bytes for.
+  virtual std::int32_t ReadableRecordCount(platform::File& file) const = 0;
   virtual std::int16_t FieldCount(platform::File& file) const = 0;
   virtual std::int16_t FieldWidth(platform::File& file, std::int16_t f) const = 0;
   /// The field's name in code page 1251.

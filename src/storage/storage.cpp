@@ -55,8 +55,8 @@ std::int32_t Storage::RecordCount(const Location& at) {
 
 std::int32_t Storage::ReadableRecordCount(const Location& at) {
   if (at.IsMatrix() && !at.IsView()) return storage::ReadableRecordCount(*at.file, at.position);
-  const std::int32_t records = RecordCount(at);
-  return at.IsDbase() && !at.IsView() ? PlausibleRecordCount(*at.file, records) : records;
+  if (at.IsDbase() && !at.IsView()) return ports.dbase->ReadableRecordCount(*at.file);
+  return RecordCount(at);
 }
 
 std::int32_t Storage::FieldCount(const Location& at) {
