@@ -51,10 +51,6 @@ class File {
     if (Contains(position, count)) return {base_ + position - 1, static_cast<std::size_t>(count)};
     return ClippedView(position, count);
   }
-  /// Asks for the memory at the position, which will be read soon; does nothing else.
-  void Prefetch(std::int64_t position) const {
-    if (Contains(position, 1)) __builtin_prefetch(base_ + position - 1);
-  }
   std::uint8_t ByteAt(std::int64_t position) const { return IntegerAt<std::uint8_t>(position); }
   std::int16_t Int16At(std::int64_t position) const { return IntegerAt<std::int16_t>(position); }
   std::int32_t Int32At(std::int64_t position) const { return IntegerAt<std::int32_t>(position); }

@@ -38,7 +38,7 @@ FreeCell CellOfSlot(const File& file, std::int64_t slot, std::string& buffer) {
   const std::int32_t position = file.Int32At(slot);
   if (position < 1) return cell;
   cell.position = position;
-  file.Prefetch(std::int64_t{position} + kUsualCellBytes);  // it may lie across two cache lines
+  file.Announce(std::int64_t{position} + kUsualCellBytes);  // it may lie across two cache lines
   cell.text = GetCell(position, file, cell.code, buffer);
   return cell;
 }
@@ -107,9 +107,17 @@ bool FieldReader::Reaches(std::int32_t r, std::int32_t entryBytes) {
   return run_.count > 0;
 }
 
+/// A scan reads one record after the other: memory fetches the cell some records on meanwhile.
+void FieldReader::AnnounceCellBehind(std::int32_t r) const {
+  constexpr std::int32_t kAhead = 8;
+  if (r + kAhead >= runFirst_ + run_.count) return;
+  file_.Announce(file_.Int32At(EntryPosition(r + kAhead, layout::kPointerBytes)));
+}
+
 std::string_view FieldReader::ReadFree(std::int32_t r) {
   code_ = 0;
   if (!Reaches(r, layout::kPointerBytes)) return {};
+  AnnounceCellBehind(r);
   const FreeCell cell = CellOfSlot(file_, EntryPosition(r, layout::kPointerBytes), buffer_);
   code_ = cell.code;
   cell_ = cell.position;

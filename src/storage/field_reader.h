@@ -67,6 +67,7 @@ class FieldReader {
   std::string_view ReadFixed(std::int32_t r);
   std::string_view ReadDictionary(std::int32_t r);
   bool Reaches(std::int32_t r, std::int32_t entryBytes);
+  void AnnounceCellBehind(std::int32_t r) const;
   std::int64_t EntryPosition(std::int32_t r, std::int32_t entryBytes) const {
     return run_.position + (r - runFirst_) * entryBytes;
   }
