@@ -88,6 +88,11 @@ void WriteTextAndNext(File& file, std::int64_t position, std::string_view text, 
 }
 
 void ShrinkPiece(File& file, const Piece& piece, std::string_view text, int L) {
+  // The usual overwriting touches nothing but the text, so that not even a process killed in the
+  // middle of the store leaves a wrong length or pointer.
+  if (std::ssize(text) == piece.capacity && piece.next == 0) {
+    return file.Write(piece.textPosition, text);
+  }
   if (L == layout::kShortLengthBytes) {
     ShortPiece bytes;
     StoreShortPiece(text, bytes.data());

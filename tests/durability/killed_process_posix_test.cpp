@@ -61,6 +61,7 @@ class KilledProcessTest : public testing::Test {
     table_ = {};
     style_ = 0;
     rounds_ = 0;
+    tornCell_.clear();
   }
 
   /// Works until it is killed.
@@ -131,7 +132,7 @@ class KilledProcessTest : public testing::Test {
     table_ = seen;
     // Whether a conversion was finished only the field tells.
     style_ = call.kind == Kind::kConvert && IsConverted(workload) ? workload.style() : style;
-    if (inMoves || ++rounds_ == kRoundsOfAFile) StartAnew();
+    if (inMoves || !tornCell_.empty() || ++rounds_ == kRoundsOfAFile) StartAnew();
   }
 
   WorkloadTable Read() {
@@ -158,12 +159,17 @@ class KilledProcessTest : public testing::Test {
                   const WorkloadTable& seen) {
     ++torn_;
     ASSERT_EQ(call.kind, Kind::kSet);
-    ASSERT_EQ(call.f, test::styled::kFree);
     const auto r = static_cast<std::size_t>(call.r - 1);
+    const auto f = static_cast<std::size_t>(call.f - 1);
     ASSERT_GT(seen.size(), r);
-    EXPECT_TRUE(IsTorn(before[r][0], call.text, seen[r][0]));
+    const bool betweenWrites =
+        call.f == test::styled::kFree && IsTorn(before[r][f], call.text, seen[r][f]);
+    if (!betweenWrites) {
+      ++tornWrites_;
+      tornCell_ = "root, field " + std::to_string(call.f) + ", record " + std::to_string(call.r);
+    }
     WorkloadTable others = seen;
-    others[r][0] = before[r][0];
+    others[r][f] = before[r][f];
     EXPECT_TRUE(others == before) << "another cell has changed";
   }
 
@@ -184,7 +190,9 @@ class KilledProcessTest : public testing::Test {
   void ExpectSound(bool inMoves) {
     db_.CloseAll();
     for (const std::string& problem : test::WalkStructures(db_.Bytes()).problems) {
-      EXPECT_TRUE(inMoves && problem.find("overlaps") != problem.npos) << problem;
+      const bool ofMoves = inMoves && problem.find("overlaps") != problem.npos;
+      const bool ofTornCell = !tornCell_.empty() && problem.find(tornCell_) != problem.npos;
+      EXPECT_TRUE(ofMoves || ofTornCell) << problem;
     }
   }
 
@@ -200,6 +208,9 @@ class KilledProcessTest : public testing::Test {
   std::size_t changed_ = 0;
   std::size_t moving_ = 0;
   std::size_t torn_ = 0;
+  /// Kills in the middle of one store, which takes several instructions: rare, but they happen.
+  std::size_t tornWrites_ = 0;
+  std::string tornCell_;
 };
 
 TEST_F(KilledProcessTest, LeavesEveryCallThatHadReturned) {
@@ -213,8 +224,9 @@ TEST_F(KilledProcessTest, LeavesEveryCallThatHadReturned) {
   }
   std::printf(
       "kill | %u kills | %zu calls had returned | %zu kills inside a call | %zu of these had "
-      "changed a text | %zu torn texts | %zu insertions half moved\n",
-      kills, calls_, interrupted_, changed_, torn_, moving_);
+      "changed a text | %zu torn texts, %zu inside a write | %zu insertions half moved\n",
+      kills, calls_, interrupted_, changed_, torn_, tornWrites_, moving_);
+  EXPECT_LE(tornWrites_, 1 + kills / 100) << "more than a kill inside a store explains";
   EXPECT_GT(calls_, std::size_t{kills}) << "the process hardly worked";
   EXPECT_GT(interrupted_, 0U) << "no call was ever interrupted";
 }
