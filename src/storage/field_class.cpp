@@ -73,6 +73,7 @@ void FieldClass::SvrCmdAddFields(const std::wstring& pth, std::int16_t numOfFiel
     error_.Set(code::kOverflow);
     return;
   }
+  if (n < 0) Raise(RunTimeError::kSubscript);
   if (f < 1) f = 1;
   if (f > n) f = static_cast<std::int16_t>(n + 1);
   caches_.ResetCaches(4);  // first, for whatever comes of the change

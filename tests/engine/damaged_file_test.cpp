@@ -124,6 +124,15 @@ TEST_F(SingleDamageTest, ATitleFarBehindTheEndIsNotWrittenThere) {
   ExpectRefused();
 }
 
+// A field's number once came from such a count, and slots were stored in front of their buffer.
+TEST_F(SingleDamageTest, ANegativeFieldCountTakesNoFields) {
+  ContainerBytes file = Bytes();
+  file.PutInt16(file.FieldTable(file.Root()) + 4, -300);
+  Store(file);
+  db_.AddFields(L"", 2, 1);
+  ExpectRefused();
+}
+
 TEST_F(SingleDamageTest, ADescriptorOutsideTheFileIsNotWritten) {
   ContainerBytes file = Bytes();
   file.PutInt32(file.FieldTable(file.Root()) + 6 + 4, 1 << 30);
