@@ -200,6 +200,9 @@ class PropertyWriter {
   }
 
   static void ReplaceType(File& file, std::int64_t position, std::int16_t type) {
+    if (!file.Contains(position, sizeof(std::int16_t))) {
+      platform::Raise(platform::RunTimeError::kSubscript);
+    }
     storage::CellCode parts = storage::DecodeCellCode(file.Int16At(position));
     parts.type = type;
     file.WriteInt16(position, storage::EncodeCellCode(parts));

@@ -124,6 +124,18 @@ TEST_F(SingleDamageTest, ATitleFarBehindTheEndIsNotWrittenThere) {
   ExpectRefused();
 }
 
+// The file once grew as far as the pointer led.
+TEST_F(SingleDamageTest, ACellFarBehindTheEndTakesNoType) {
+  ContainerBytes file = Bytes();
+  const std::int64_t cells = file.Int32(file.Descriptor(file.Root(), 1));
+  file.PutInt32(file.Entry(cells, 2, 4), 1 << 30);
+  Store(file);
+  db_.SetType(L"", 2, 1, "unit", "km");
+  EXPECT_EQ(db_.Error(), 9);
+  db_.CloseAll();
+  EXPECT_LT(db_.Bytes().size(), size_ + 4096) << "the new type is there, the cell does not have it";
+}
+
 // A field's number once came from such a count, and slots were stored in front of their buffer.
 TEST_F(SingleDamageTest, ANegativeFieldCountTakesNoFields) {
   ContainerBytes file = Bytes();
