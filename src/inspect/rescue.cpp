@@ -9,6 +9,7 @@
 
 #include "inspect/dictionary_check.h"
 #include "inspect/matrix_search.h"
+#include "inspect/sound_code.h"
 #include "storage/bytes.h"
 #include "storage/cell_batch.h"
 #include "storage/cell_code.h"
@@ -40,17 +41,6 @@ constexpr std::int32_t kGreatestDepth = 1000;
 /// Where the root of a new file stands.
 constexpr std::int32_t kUsualRoot = 52;
 constexpr std::int16_t kPlain = layout::cell::kPlainType;
-
-bool CanBeMatrix(const File& file, std::int64_t position) {
-  return file.Contains(position, layout::matrix::kHeaderBytes);
-}
-
-/// The code with its type number where that is one, else with the plain type; positive.
-std::int16_t SoundCode(std::int16_t word) {
-  const storage::CellCode code = storage::DecodeCellCode(word);
-  const bool sound = code.type >= kPlain && code.type < layout::cell::kLongForm;
-  return storage::EncodeCellCode({sound ? code.type : kPlain, code.longForm, false});
-}
 
 /// The entries of a chain array as far as its blocks can be followed.
 class Entries {
@@ -94,22 +84,6 @@ class Entries {
   std::int32_t width_;
   bool broken_ = false;
 };
-
-/// Whether the text's pieces lie inside the file and end with a next pointer of 0.
-bool IsWholeText(const File& file, std::int64_t position, int lengthBytes) {
-  std::int64_t rest = file.Length();  // pieces that take more than the file has loop
-  while (rest > 0) {
-    const std::int64_t length = lengthBytes == layout::kShortLengthBytes
-                                    ? std::int64_t{file.ByteAt(position)}
-                                    : std::int64_t{file.Int32At(position)};
-    const std::int64_t bytes = lengthBytes + length + layout::kPointerBytes;
-    if (length < 0 || !file.Contains(position, bytes)) return false;
-    position = file.Int32At(position + lengthBytes + length);
-    if (position == 0) return true;
-    rest -= bytes;
-  }
-  return false;
-}
 
 class FileRescue {
  public:
@@ -210,7 +184,7 @@ class FileRescue {
     std::string buffer;
     const std::string title(
         storage::ReadChainedText(source_, position, layout::kLongLengthBytes, buffer));
-    if (!IsWholeText(source_, position, layout::kLongLengthBytes)) {
+    if (!storage::IsWholeText(source_, position, layout::kLongLengthBytes)) {
       Remark({path, 0, Finding::kNoRecord,
               "the title can be read in part only: " + std::to_string(title.size()) + " bytes"});
     }
@@ -218,7 +192,7 @@ class FileRescue {
   }
 
   std::int16_t NegatedCode(std::int32_t matrix) const {
-    return static_cast<std::int16_t>(-SoundCode(source_.Int16At(matrix)));
+    return SoundMatrixCode(source_.Int16At(matrix));
   }
 
   bool IsInside(std::int32_t position, std::size_t matrix) const {
@@ -370,7 +344,7 @@ class FileRescue {
     namespace at = layout::descriptor;
     const std::int64_t from = field.from;
     const std::int64_t to = field.to;
-    target_.WriteInt16(to + at::kFieldCode, SoundCode(source_.Int16At(from + at::kFieldCode)));
+    target_.WriteInt16(to + at::kFieldCode, SoundTextCode(source_.Int16At(from + at::kFieldCode)));
     const std::int16_t type = field.style.dataType;
     if (type >= storage::type::kVariant && type <= storage::type::kFile) {
       target_.WriteInt16(to + at::kDataType, type);
@@ -409,7 +383,7 @@ class FileRescue {
         storage::GetCell(static_cast<std::int32_t>(cell), source_, code, buffer));
     const std::int64_t text = code < 0 ? std::int64_t{source_.Int32At(cell + layout::cell::kText)}
                                        : cell + layout::cell::kText;
-    if (!IsWholeText(source_, text, storage::LengthBytes(code))) {
+    if (!storage::IsWholeText(source_, text, storage::LengthBytes(code))) {
       Lose(field, 0,
            "the name can be read in part only: " + std::to_string(name.size()) + " bytes");
     }
@@ -417,8 +391,7 @@ class FileRescue {
     const std::int64_t own = std::int64_t{field.to} + layout::descriptor::kTitleCell;
     storage::WriteChainedText(target_, static_cast<std::int32_t>(own + layout::cell::kText), name,
                               layout::kShortLengthBytes);
-    const storage::CellCode type = storage::DecodeCellCode(SoundCode(code));
-    target_.WriteInt16(own, storage::EncodeCellCode({type.type, false, false}));
+    target_.WriteInt16(own, storage::EncodeCellCode({SoundCode(code).type, false, false}));
   }
 
   void CopyData(const Field& field, std::int32_t records) {
@@ -479,12 +452,12 @@ class FileRescue {
     if (source_.Int16At(cell) < 0) return CopyNested(field, r, cell, slot);
     std::int16_t code = 0;
     const std::string_view text = storage::GetCell(cell, source_, code, buffer_);
-    if (!IsWholeText(source_, std::int64_t{cell} + layout::cell::kText,
-                     storage::LengthBytes(code))) {
+    if (!storage::IsWholeText(source_, std::int64_t{cell} + layout::cell::kText,
+                              storage::LengthBytes(code))) {
       Lose(field, r,
            "the text can be read in part only: " + std::to_string(text.size()) + " bytes");
     }
-    AddText(SoundCode(code), text, slot);
+    AddText(SoundTextCode(code), text, slot);
   }
 
   void AddText(std::int16_t code, std::string_view text, std::int64_t slot) {
@@ -657,9 +630,7 @@ class FileRescue {
     target_.WriteInt32(field.to, block);
     rescued_.cells -= packed.records;
     const std::int16_t type =
-        storage::DecodeCellCode(
-            SoundCode(source_.Int16At(std::int64_t{field.from} + at::kFieldCode)))
-            .type;
+        SoundCode(source_.Int16At(std::int64_t{field.from} + at::kFieldCode)).type;
     std::int64_t unread = 0;
     for (std::int32_t r = 1; r <= packed.records && !full_; ++r) {
       const std::optional<std::string> text = TextOf(before, r);
