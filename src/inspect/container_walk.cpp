@@ -3,7 +3,10 @@
 #include <algorithm>
 #include <utility>
 
+#include "inspect/matrix_search.h"
+#include "inspect/sound_code.h"
 #include "storage/cell_code.h"
+#include "storage/chained_text.h"
 #include "storage/dictionary.h"
 #include "storage/field_style.h"
 #include "storage/layout.h"
@@ -19,16 +22,10 @@ namespace {
 
 constexpr std::int64_t kFileHeaderBytes = 51;
 constexpr std::int64_t kDescriptorBytes = layout::descriptor::kTitleCell + 2;
-constexpr std::int64_t kGreatestType = layout::cell::kLongForm - 1;
 /// Steps of a path that are written out.
 constexpr std::size_t kGreatestSteps = 64;
 
 std::string Number(std::int64_t number) { return std::to_string(number); }
-
-std::int64_t LengthAt(const platform::File& file, std::int64_t position, int lengthBytes) {
-  return lengthBytes == layout::kShortLengthBytes ? std::int64_t{file.ByteAt(position)}
-                                                  : std::int64_t{file.Int32At(position)};
-}
 
 bool IsBlock(StructureKind kind) {
   return kind == StructureKind::kDescriptorBlock || kind == StructureKind::kPointerBlock ||
@@ -73,7 +70,7 @@ std::string StillReadable(const Structure& structure) {
 void ContainerWalk::WalkFile() {
   CheckHeader();
   const std::int64_t root = file_.Int32At(layout::file::kRootPointer);
-  if (!file_.Contains(root, layout::matrix::kHeaderBytes)) {
+  if (!CanBeMatrix(file_, root)) {
     Report(Damage::kRootPointer, {}, layout::file::kRootPointer,
            "the root matrix cannot stand at " + Number(root), "nothing");
     return;
@@ -331,7 +328,7 @@ void ContainerWalk::VisitCell(const Place& place, std::int64_t slot) {
 void ContainerWalk::WalkText(StructureKind kind, const Place& place, std::int64_t position,
                              int lengthBytes, std::int64_t slot) {
   for (std::int64_t number = 1;; ++number) {
-    const std::int64_t length = LengthAt(file_, position, lengthBytes);
+    const std::int64_t length = storage::PieceLength(file_, position, lengthBytes);
     const Structure piece{
         kind,        place,  position, lengthBytes + length + layout::kPointerBytes,
         lengthBytes, length, number};
@@ -408,12 +405,9 @@ void ContainerWalk::ReportUnreachable(const Structure& structure, std::int64_t s
          StillReadable(structure));
 }
 
-/// The type number of a cell code, which is never 0 and leaves room for the two flags.
 void ContainerWalk::CheckCode(const Place& place, std::int64_t position) {
-  const int code = file_.Int16At(position);
-  const int size = code < 0 ? -code : code;
-  const int type = size >= layout::cell::kLongForm ? size - layout::cell::kLongForm : size;
-  if (type >= layout::cell::kPlainType && type <= kGreatestType) return;
+  const std::int16_t code = file_.Int16At(position);
+  if (HasTypeNumber(storage::DecodeCellCode(code))) return;
   Report(Damage::kCellCode, place, position,
          "the cell code " + Number(code) + " has no type number", "the text, if its form is right");
 }

@@ -13,7 +13,7 @@ using storage::PathStep;
 namespace {
 
 std::int32_t IfMatrix(const File& file, std::int32_t position) {
-  return file.Contains(position, layout::matrix::kHeaderBytes) ? position : 0;
+  return CanBeMatrix(file, position) ? position : 0;
 }
 
 std::int32_t NestedIn(File& file, std::int32_t matrix, std::int32_t record, std::int16_t field) {
@@ -36,6 +36,10 @@ std::int32_t Step(File& file, std::int32_t matrix, const PathStep& step) {
 }
 
 }  // namespace
+
+bool CanBeMatrix(const File& file, std::int64_t position) {
+  return file.Contains(position, layout::matrix::kHeaderBytes);
+}
 
 std::int32_t RootOf(const File& file) {
   return IfMatrix(file, file.Int32At(layout::file::kRootPointer));

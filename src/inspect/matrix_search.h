@@ -10,6 +10,9 @@
 
 namespace orv::inspect {
 
+/// Whether a matrix header at `position` would lie inside the file.
+bool CanBeMatrix(const platform::File& file, std::int64_t position);
+
 /// The position of the root matrix; 0 when none can stand where the header says.
 std::int32_t RootOf(const platform::File& file);
 

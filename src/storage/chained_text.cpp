@@ -26,11 +26,6 @@ std::size_t PieceLimit(int L) {
   return L == 2 ? kInt16Limit : kInt32Limit;
 }
 
-inline std::int64_t LengthAt(const File& file, std::int64_t position, int L) {
-  if (L == 1) return file.ByteAt(position);
-  return L == 2 ? std::int64_t{file.Int16At(position)} : std::int64_t{file.Int32At(position)};
-}
-
 void AppendLength(std::string& bytes, std::size_t length, int L) {
   if (L == 1) {
     AppendInteger(bytes, static_cast<std::uint8_t>(length));
@@ -66,7 +61,7 @@ struct Piece {
 /// A piece that may be written over; raises 9 when it does not lie inside the file.
 Piece WritablePiece(const File& file, std::int32_t position, int L) {
   if (!file.Contains(position, L)) Raise(RunTimeError::kSubscript);
-  const Piece piece{std::int64_t{position} + L, LengthAt(file, position, L), 0};
+  const Piece piece{std::int64_t{position} + L, PieceLength(file, position, L), 0};
   if (piece.capacity < 0 || !file.Contains(piece.textPosition, piece.capacity + kPointerBytes)) {
     Raise(RunTimeError::kSubscript);
   }
@@ -149,7 +144,7 @@ std::string_view GatherPieces(const File& file, std::int32_t position, std::stri
   trail.Enter(position);
   buffer.assign(first);
   while (LeadsOn(file, next) && trail.Enter(next)) {
-    const std::int64_t length = LengthAt(file, next, L);
+    const std::int64_t length = PieceLength(file, next, L);
     if (!IsReadableLength(file, length)) break;
     buffer.append(file.View(std::int64_t{next} + L, length));
     // Pieces that overlap are damage; without this a file of n bytes could hold a text of n * n.
@@ -164,12 +159,25 @@ std::string_view GatherPieces(const File& file, std::int32_t position, std::stri
 std::string_view ReadChainedText(const File& file, std::int32_t position, int L,
                                  std::string& buffer) {
   if (position < 2) return {};
-  const std::int64_t length = LengthAt(file, position, L);
+  const std::int64_t length = PieceLength(file, position, L);
   if (!IsReadableLength(file, length)) return {};
   const std::string_view first = file.View(std::int64_t{position} + L, length);
   const std::int32_t next = file.Int32At(std::int64_t{position} + L + length);
   if (!LeadsOn(file, next)) return first;
   return GatherPieces(file, position, first, next, L, buffer);
+}
+
+bool IsWholeText(const File& file, std::int64_t position, int L) {
+  std::int64_t rest = file.Length();  // pieces that take more than the file has loop
+  while (rest > 0) {
+    const std::int64_t length = PieceLength(file, position, L);
+    const std::int64_t bytes = L + length + kPointerBytes;
+    if (length < 0 || !file.Contains(position, bytes)) return false;
+    position = file.Int32At(position + L + length);
+    if (position == 0) return true;
+    rest -= bytes;
+  }
+  return false;
 }
 
 std::int32_t WriteChainedText(File& file, std::int32_t position, std::string_view text, int L) {

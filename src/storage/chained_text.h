@@ -23,6 +23,16 @@ namespace orv::storage {
 std::string_view ReadChainedText(const platform::File& file, std::int32_t position, int L,
                                  std::string& buffer);
 
+/// What the length field of the piece at `position` says; 0 for a field outside the file.
+inline std::int64_t PieceLength(const platform::File& file, std::int64_t position, int L) {
+  if (L == layout::kShortLengthBytes) return file.ByteAt(position);
+  return L == 2 ? std::int64_t{file.Int16At(position)} : std::int64_t{file.Int32At(position)};
+}
+
+/// Whether the text's pieces all lie inside the file and end with a next pointer of 0, so that
+/// `ReadChainedText` gives the whole of it.
+bool IsWholeText(const platform::File& file, std::int64_t position, int L);
+
 /// Writes the text over the one at `position` and returns where it begins. Position 0 appends a new
 /// text at the end of the file; a position behind the end writes a new text there. A text that fits
 /// the present pieces shrinks the last piece it needs to its own length; a longer one gets a new

@@ -233,6 +233,29 @@ TEST_F(DamagedTextTest, OverlappingPiecesGiveNoTextLongerThanTheFile) {
       << "the piece that goes too far is the last";
 }
 
+TEST_F(DamagedTextTest, ATextIsWholeWhenItsPiecesLieInsideTheFileAndEnd) {
+  const TempFile empty(FromHex("\"x\"  00 00 00 00 00"));
+  EXPECT_TRUE(IsWholeText(*empty, 2, 1));
+  const TempFile two(FromHex("\"x\"  01 \"a\" 08 00 00 00  02 \"bc\" 00 00 00 00"));
+  EXPECT_TRUE(IsWholeText(*two, 2, 1));
+  const TempFile wide(FromHex("\"x\"  01 00 00 00 \"a\" 00 00 00 00"));
+  EXPECT_TRUE(IsWholeText(*wide, 2, 4));
+}
+
+TEST_F(DamagedTextTest, ATextIsNotWholeThatIsCutLoopsOrLeavesTheFile) {
+  for (const auto* damaged : {"\"x\"  04 \"abc\" 00 00 00 00",                  // too long
+                              "\"x\"  03 \"abc\" 00 00 00",                     // cut off
+                              "\"x\"  03 \"abc\" 02 00 00 00",                  // leads to itself
+                              "\"x\"  03 \"abc\" ff ff ff ff",                  // leads outside
+                              "\"x\"  01 \"a\" 08 00 00 00  09 \"b\" 00*4"}) {  // second too long
+    const TempFile file(FromHex(damaged));
+    EXPECT_FALSE(IsWholeText(*file, 2, 1)) << damaged;
+  }
+  const TempFile negative(FromHex("\"x\"  ff ff ff ff \"abcd\" 00*4"));
+  EXPECT_FALSE(IsWholeText(*negative, 2, 4));
+  EXPECT_FALSE(IsWholeText(*negative, 0, 4));
+}
+
 TEST_F(DamagedTextTest, ALoopThatIsWrittenOverEndsInANewPiece) {
   TempFile file(FromHex("\"x\"  03 \"abc\" 02 00 00 00 00"));
   WriteChainedText(*file, 2, "0123456789", 1);
