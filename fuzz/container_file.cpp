@@ -21,30 +21,14 @@ namespace styled = test::styled;
 
 /// Every style, formulas, properties, a dictionary, texts in several pieces, nested matrices.
 std::string RichFile(Driver& db) {
-  constexpr int kRecords = 4;
   MakeStyledFile(db);
-  for (int r = 1; r <= kRecords; ++r) db.AddRecords(L"", 1, r);
-  for (int r = 1; r <= kRecords; ++r) {
-    db.Set(L"", r, styled::kFree, "free " + std::to_string(r));
-    db.Set(L"", r, styled::kText, "t" + std::to_string(r));
-    db.Set(L"", r, styled::kPacked, std::to_string(r * 100));
-    db.Set(L"", r, styled::kInt, std::to_string(r * 1000000));
-    db.Set(L"", r, styled::kDictionary, "value " + std::to_string(r % 3));
-  }
-  for (int f = 1; f <= styled::kFields; ++f) db.Set(L"", 0, f, "field " + std::to_string(f));
+  AddStyledRecords(db, 4, 3, [](int r) { return "free " + std::to_string(r); });
   db.Set(L"", 2, 1, std::string(300, 'x'));
   db.Set(L"", 2, 1, "short");
   db.Set(L"", 2, 1, std::string(400, 'y'));
   db.SetType(L"", 3, 1, "comp", "=cell(rec-1,fld)+1;");
   db.SetType(L"", -8, 1, "font", "bold");
-  std::wstring steps;
-  for (const auto* step : {L"/[4,1]", L"/[2,2]"}) {
-    db.Put(steps, step[2] - L'0', step[4] - L'0', "deep");
-    steps += step;
-    db.AddFields(steps, 2, 1);
-    db.AddRecords(steps, 3, 1);
-    db.Set(steps, 3, 2, "bottom");
-  }
+  NestMatrices(db, {{4, 1}, {2, 2}});
   db.CloseAll();
   return db.Bytes();
 }

@@ -38,6 +38,28 @@ class OrderOfWritesTest : public testing::Test {
     db_.CloseAll();
   }
 
+  /// Makes the call on the present file with each of its operations failing in turn, and has
+  /// `check` look at what is left.
+  template <typename Call, typename Check>
+  void FailEach(Call call, Check check) {
+    db_.CloseAll();
+    const std::string whole = db_.Bytes();
+    std::size_t operations = 0;
+    {
+      FaultPlan plan;
+      call();
+      operations = plan.met();
+    }
+    ASSERT_GT(operations, 0U);
+    for (std::size_t n = 1; n <= operations; ++n) {
+      SCOPED_TRACE("operation " + std::to_string(n));
+      db_.CloseAll();
+      test::WriteBytes(db_.file(), whole);
+      FailAt(n, call);
+      check();
+    }
+  }
+
   void MakeNamedFields(int count) {
     db_.Fresh();
     db_.AddFields(L"", count, 1);
@@ -63,37 +85,16 @@ TEST_F(OrderOfWritesTest, ADeletedFieldGoesInOneWrite) {
 // The fields behind the new ones were hidden until the count was written.
 TEST_F(OrderOfWritesTest, FieldsAddedInTheMiddleAreNotSeenBeforeTheLastWrite) {
   MakeNamedFields(4);
-  db_.CloseAll();
-  const std::string whole = db_.Bytes();
-  std::size_t operations = 0;
-  {
-    FaultPlan plan;
-    db_.AddFields(L"", 2, 2);
-    operations = plan.met();
-  }
+  const auto add = [&] { db_.AddFields(L"", 2, 2); };
+  FailEach(add, [&] { EXPECT_EQ(Names(), "A|B|C|D|"); });
+  add();
   EXPECT_EQ(Names(), "A|||B|C|D|");
-  for (std::size_t n = 1; n <= operations; ++n) {
-    db_.CloseAll();
-    test::WriteBytes(db_.file(), whole);
-    FailAt(n, [&] { db_.AddFields(L"", 2, 2); });
-    EXPECT_EQ(Names(), "A|B|C|D|") << "operation " << n;
-  }
 }
 
 // A matrix had fields that did not exist (255) until their descriptors were written.
 TEST_F(OrderOfWritesTest, TheFirstFieldsOfAMatrixComeWithTheirDescriptors) {
   db_.Fresh();
-  std::size_t operations = 0;
-  {
-    FaultPlan plan;
-    db_.AddFields(L"", 3, 1);
-    operations = plan.met();
-  }
-  for (std::size_t n = 1; n <= operations; ++n) {
-    db_.Fresh();
-    FailAt(n, [&] { db_.AddFields(L"", 3, 1); });
-    EXPECT_EQ(db_.Fields(), 0) << "operation " << n;
-  }
+  FailEach([&] { db_.AddFields(L"", 3, 1); }, [&] { EXPECT_EQ(db_.Fields(), 0); });
 }
 
 // A slot behind the count was taken for that of a field to be reset: its descriptor was overwritten
@@ -121,27 +122,17 @@ TEST_F(OrderOfWritesTest, InsertedRecordsAreCountedBeforeTheOthersMove) {
     db_.Set(L"", r, 1, "left " + std::to_string(r));
     db_.Set(L"", r, 2, "right " + std::to_string(r));
   }
-  db_.CloseAll();
-  const std::string whole = db_.Bytes();
-  std::size_t operations = 0;
-  {
-    FaultPlan plan;
-    db_.AddRecords(L"", 1, 1);
-    operations = plan.met();
-  }
-  for (std::size_t n = 1; n <= operations; ++n) {
-    db_.CloseAll();
-    test::WriteBytes(db_.file(), whole);
-    FailAt(n, [&] { db_.AddRecords(L"", 1, 1); });
+  const auto expectTheLast = [&] {
     std::string left;
     std::string right;
     for (int r = 1; r <= db_.Records(); ++r) {
       left += db_.Get(L"", r, 1) + "|";
       right += db_.Get(L"", r, 2) + "|";
     }
-    EXPECT_NE(left.find("left 3"), std::string::npos) << "operation " << n;
-    EXPECT_NE(right.find("right 3"), std::string::npos) << "operation " << n;
-  }
+    EXPECT_NE(left.find("left 3"), std::string::npos);
+    EXPECT_NE(right.find("right 3"), std::string::npos);
+  };
+  FailEach([&] { db_.AddRecords(L"", 1, 1); }, expectTheLast);
 }
 
 // New entries of a text field were zeros until they were filled; an insertion that died in between
@@ -149,22 +140,12 @@ TEST_F(OrderOfWritesTest, InsertedRecordsAreCountedBeforeTheOthersMove) {
 TEST_F(OrderOfWritesTest, NewFixedTextsAreBlankBeforeAnythingRefersToThem) {
   MakeStyledFile(db_);
   db_.AddRecords(L"", 2, 1);
-  db_.CloseAll();
-  const std::string whole = db_.Bytes();
-  std::size_t operations = 0;
-  {
-    FaultPlan plan;
-    db_.AddRecords(L"", 2, 3);
-    operations = plan.met();
-  }
-  for (std::size_t n = 1; n <= operations; ++n) {
-    db_.CloseAll();
-    test::WriteBytes(db_.file(), whole);
-    FailAt(n, [&] { db_.AddRecords(L"", 2, 3); });
-    db_.AddRecords(L"", 2, 3);
-    EXPECT_EQ(db_.Get(L"", 3, styled::kText), "") << "operation " << n;
-    EXPECT_EQ(db_.Get(L"", 4, styled::kText), "") << "operation " << n;
-  }
+  const auto add = [&] { db_.AddRecords(L"", 2, 3); };
+  FailEach(add, [&] {
+    add();
+    EXPECT_EQ(db_.Get(L"", 3, styled::kText), "");
+    EXPECT_EQ(db_.Get(L"", 4, styled::kText), "");
+  });
 }
 
 /// A disk on which no file can grow.

@@ -21,30 +21,15 @@ std::vector<std::int64_t> PointerPositions(const ContainerBytes& file) {
 std::string RichFile() {
   Driver db;
   MakeStyledFile(db);
-  for (int r = 1; r <= 30; ++r) db.AddRecords(L"", 1, r);
-  for (int r = 1; r <= 30; ++r) {
-    db.Set(L"", r, styled::kFree, std::string(static_cast<std::size_t>(r * r), 'f'));
-    db.Set(L"", r, styled::kText, "t" + std::to_string(r));
-    db.Set(L"", r, styled::kPacked, std::to_string(r * 100));
-    db.Set(L"", r, styled::kInt, std::to_string(r * 1000000));
-    db.Set(L"", r, styled::kDictionary, "value " + std::to_string(r % 9));
-  }
-  for (int f = 1; f <= styled::kFields; ++f) db.Set(L"", 0, f, "field " + std::to_string(f));
+  AddStyledRecords(db, 30, 9,
+                   [](int r) { return std::string(static_cast<std::size_t>(r * r), 'f'); });
   db.Set(L"", 2, 1, std::string(3000, 'x'));
   db.Set(L"", 2, 1, "short");
   db.Set(L"", 2, 1, std::string(5000, 'y'));
   db.SetType(L"", 3, 1, "comp", "=cell(1,1);");
   db.SetType(L"", 0, 1, "hint", "a title");
   db.SetType(L"", -8, 1, "font", "bold");
-  std::wstring steps;
-  for (const auto* step : {L"/[5,1]", L"/[2,2]", L"/[1,1]"}) {
-    db.Put(steps, std::stoi(std::wstring(step).substr(2, 1)),
-           std::stoi(std::wstring(step).substr(4, 1)), "deep");
-    steps += step;
-    db.AddFields(steps, 2, 1);
-    db.AddRecords(steps, 3, 1);
-    db.Set(steps, 3, 2, "bottom");
-  }
+  NestMatrices(db, {{5, 1}, {2, 2}, {1, 1}});
   db.CloseAll();
   return db.Bytes();
 }

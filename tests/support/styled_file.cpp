@@ -34,4 +34,28 @@ void MakeStyledFile(Driver& db) {
   WriteBytes(db.file(), file.bytes());
 }
 
+void AddStyledRecords(Driver& db, int records, int values,
+                      const std::function<std::string(int)>& freeText) {
+  for (int r = 1; r <= records; ++r) db.AddRecords(L"", 1, r);
+  for (int r = 1; r <= records; ++r) {
+    db.Set(L"", r, styled::kFree, freeText(r));
+    db.Set(L"", r, styled::kText, "t" + std::to_string(r));
+    db.Set(L"", r, styled::kPacked, std::to_string(r * 100));
+    db.Set(L"", r, styled::kInt, std::to_string(r * 1000000));
+    db.Set(L"", r, styled::kDictionary, "value " + std::to_string(r % values));
+  }
+  for (int f = 1; f <= styled::kFields; ++f) db.Set(L"", 0, f, "field " + std::to_string(f));
+}
+
+void NestMatrices(Driver& db, const std::vector<std::pair<int, int>>& cells) {
+  std::wstring steps;
+  for (const auto& [record, field] : cells) {
+    db.Put(steps, record, field, "deep");
+    steps += L"/[" + std::to_wstring(record) + L"," + std::to_wstring(field) + L"]";
+    db.AddFields(steps, 2, 1);
+    db.AddRecords(steps, 3, 1);
+    db.Set(steps, 3, 2, "bottom");
+  }
+}
+
 }  // namespace orv::test
