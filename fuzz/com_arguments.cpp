@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "com/late_call.h"
+#include "fuzz/support/automation/variant_size.h"
 #include "fuzz/support/entry.h"
 #include "fuzz/support/input.h"
 #include "fuzz/support/sample_file.h"
@@ -240,34 +241,9 @@ class Host {
     VARIANT content = Plain(depth + 1);
     VARIANT variant = {};
     variant.vt = static_cast<VARTYPE>(content.vt | VT_BYREF);
-    const std::size_t size = SizeOf(content.vt);
+    const std::size_t size = ByteSize(content.vt);
     if (size != 0) variant.byref = Variable(content.vt, &content.llVal, size);
     return variant;
-  }
-
-  static std::size_t SizeOf(VARTYPE type) {
-    switch (type) {
-      case VT_EMPTY:
-      case VT_NULL:
-        return 0;
-      case VT_I1:
-      case VT_UI1:
-        return 1;
-      case VT_I2:
-      case VT_UI2:
-      case VT_BOOL:
-        return 2;
-      case VT_I8:
-      case VT_UI8:
-      case VT_R8:
-      case VT_CY:
-      case VT_DATE:
-      case VT_BSTR:
-      case VT_DISPATCH:
-        return 8;
-      default:
-        return 4;
-    }
   }
 
   void* Variable(VARTYPE type, const void* content, std::size_t size) {

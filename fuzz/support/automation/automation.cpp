@@ -10,7 +10,7 @@
 
 #include <windows.h>
 
-namespace {
+#include "fuzz/support/automation/variant_size.h"
 
 std::size_t ByteSize(VARTYPE type) {
   switch (type) {
@@ -42,6 +42,8 @@ std::size_t ByteSize(VARTYPE type) {
       return 0;
   }
 }
+
+namespace {
 
 struct Range {
   double low;
