@@ -5,17 +5,15 @@
 
 #include "peers/report.h"
 #include "peers/workloads.h"
+#include "support/run_options.h"
 
 namespace orv::bench {
 namespace {
 
 struct Options {
-  std::string json;
+  RunOptions run;
   std::string only;
-  std::string folder;
   std::int32_t records = 1000000;
-  int repetitions = 5;
-  bool processorTime = false;
 };
 
 std::vector<Planned> Plan(const std::string& only) {
@@ -33,23 +31,22 @@ std::vector<Planned> Plan(const std::string& only) {
 
 Result RunOne(const Planned& planned, Stores& stores, const Options& options) {
   try {
-    return Run(planned.make(stores), options.repetitions, stores.timeKind());
+    return Run(planned.make(stores), options.run.repetitions, stores.timeKind());
   } catch (const NotMeasured& failure) {
     return {planned.name, "", {}, failure.what()};
   }
 }
 
 bool RunAll(const Options& options) {
-  const BenchFolder folder(options.folder);
-  Stores stores(folder, options.records,
-                options.processorTime ? TimeKind::kProcessor : TimeKind::kWall);
+  const BenchFolder folder(options.run.folder);
+  Stores stores(folder, options.records, options.run.timeKind());
   std::vector<Result> results;
   PrintHeading(stdout);
   for (const Planned& planned : Plan(options.only)) {
     results.push_back(RunOne(planned, stores, options));
     PrintResult(stdout, results.back());
   }
-  if (!options.json.empty()) WriteJson(options.json, results);
+  if (!options.run.json.empty()) WriteJson(options.run.json, results);
   return PrintSummary(stdout, results);
 }
 
@@ -59,15 +56,10 @@ bool RunAll(const Options& options) {
 int main(int argc, char** argv) {
   orv::bench::Options options;
   CLI::App app("The engine beside SQLite, LMDB, shapelib and a bare loop over the same bytes.");
-  app.add_option("--json", options.json, "write the results to this file");
+  options.run.AddTo(app);
   app.add_option("--only", options.only, "run the workloads whose names match this expression");
-  app.add_option("--folder", options.folder, "make the tables below this directory");
   app.add_option("--records", options.records, "records of the table")
       ->check(CLI::Range(1000, 10000000));
-  app.add_option("--repetitions", options.repetitions, "passes of each entrant")
-      ->check(CLI::Range(1, 1000));
-  app.add_flag("--processor-time", options.processorTime,
-               "measure processor time instead of the wall's, on a busy machine");
   CLI11_PARSE(app, argc, argv);
   try {
     return orv::bench::RunAll(options) ? 0 : 1;

@@ -6,16 +6,14 @@
 #include "scale/plots.h"
 #include "scale/report.h"
 #include "support/number_text.h"
+#include "support/run_options.h"
 
 namespace orv::bench {
 namespace {
 
 struct Options {
-  std::string json;
-  std::string folder;
+  RunOptions run;
   std::int32_t records = 4000000;
-  int repetitions = 5;
-  bool processorTime = false;
 };
 
 std::string MegabytesOf(const std::string& file) {
@@ -28,14 +26,13 @@ void PrintConditions(const Options& options, const SizedTables& tables) {
   std::printf(
       "Medians of %d passes, %s time. The files of %s records by 8 fields have %s MiB (filled at "
       "once) and %s MiB (grown); a file ends at 2,048.\n\n",
-      options.repetitions, options.processorTime ? "processor" : "wall",
+      options.run.repetitions, options.run.processorTime ? "processor" : "wall",
       Grouped(last.records).c_str(), MegabytesOf(last.loadedFile).c_str(),
       MegabytesOf(last.grownFile).c_str());
 }
 
 void RunAll(const Options& options) {
-  const TimeKind time = options.processorTime ? TimeKind::kProcessor : TimeKind::kWall;
-  const BenchFolder folder(options.folder);
+  const BenchFolder folder(options.run.folder);
   std::fprintf(stderr, "orv_bench_scale: making tables of up to %d records\n", options.records);
   const SizedTables tables(folder, options.records);
   PrintConditions(options, tables);
@@ -43,7 +40,7 @@ void RunAll(const Options& options) {
   const auto measure = [&](Plot plot) {
     Engine().CloseAll();
     std::fprintf(stderr, "orv_bench_scale: %s\n", plot.name.c_str());
-    std::vector<Figure> figures = Measure(plot, options.repetitions, time);
+    std::vector<Figure> figures = Measure(plot, options.run.repetitions, options.run.timeKind());
     plots.push_back({std::move(plot), std::move(figures)});
     PrintTable(stdout, plots.back());
   };
@@ -51,7 +48,7 @@ void RunAll(const Options& options) {
   measure(Openings(tables));
   measure(PathDepths(folder));
   measure(PathsInTurn(folder));
-  if (!options.json.empty()) WriteJson(options.json, plots);
+  if (!options.run.json.empty()) WriteJson(options.run.json, plots);
 }
 
 }  // namespace
@@ -60,14 +57,9 @@ void RunAll(const Options& options) {
 int main(int argc, char** argv) {
   orv::bench::Options options;
   CLI::App app("How the cost of a call grows with the table and with paths.");
-  app.add_option("--json", options.json, "write the results to this file");
-  app.add_option("--folder", options.folder, "make the tables below this directory");
+  options.run.AddTo(app);
   app.add_option("--records", options.records, "records of the greatest table")
       ->check(CLI::Range(orv::bench::SizedTables::kLeast, orv::bench::SizedTables::kGreatest));
-  app.add_option("--repetitions", options.repetitions, "passes of each point")
-      ->check(CLI::Range(1, 1000));
-  app.add_flag("--processor-time", options.processorTime,
-               "measure processor time instead of the wall's, on a busy machine");
   CLI11_PARSE(app, argc, argv);
   try {
     orv::bench::RunAll(options);
