@@ -105,7 +105,7 @@ class Target {
     constexpr std::uint8_t kNoExport = 2;
     constexpr std::uint8_t kNoConversion = 4;
     constexpr std::uint8_t kNoWriting = 8;
-    test::Exercise exercise(db_, {.records = 6, .fields = 6});
+    test::Exercise exercise(db_, {.records = 6, .fields = 6, .cells = 20'000});
     if ((parts & kNoReading) == 0) {
       for (const auto* steps : {L"", L"/#", L"/#/[2,3]/[1,2]", L"/[4,1]", L"/[4,1]/[2,2]",
                                 L"/f(1)=short", L"/(cell(rec,3)>150)"}) {

@@ -34,7 +34,7 @@ class Target {
 
  private:
   void Exercise() {
-    test::Exercise exercise(db_, {.records = 12, .fields = 12});
+    test::Exercise exercise(db_, {.records = 12, .fields = 12, .cells = 20'000});
     for (const auto* steps : {L"", L"/#", L"/[1,1]", L"/f(1)=a", L"/(cell(rec,2)<>cell(1,1))"}) {
       exercise.Read(steps);
     }

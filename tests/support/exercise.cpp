@@ -116,7 +116,12 @@ void Exercise::WriteCells(const std::wstring& steps, int f) {
   CheckCode();
 }
 
+bool Exercise::ClaimsTooManyCells(const std::wstring& steps) {
+  return std::int64_t{db_.Records(steps)} * db_.Fields(steps) > limits_.cells;
+}
+
 void Exercise::Convert(const std::wstring& steps) {
+  if (ClaimsTooManyCells(steps)) return;
   constexpr int kFree = 0;
   constexpr int kFixed = 1;
   constexpr int kDictionary = 11;
@@ -131,6 +136,7 @@ void Exercise::Convert(const std::wstring& steps) {
 }
 
 void Exercise::Export(const std::wstring& steps) {
+  if (ClaimsTooManyCells(steps)) return;
   constexpr int kContainer = 1;
   constexpr int kText = 2;
   std::wstring path = db_.Path(steps);

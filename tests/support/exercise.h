@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstdint>
+#include <limits>
 #include <string>
 
 #include "support/driver.h"
@@ -17,6 +18,8 @@ class Exercise {
   struct Limits {
     int records = 40;
     int fields = 8;
+    /// A matrix that claims more cells is neither converted, sorted nor exported: these take all.
+    std::int64_t cells = std::numeric_limits<std::int64_t>::max();
   };
 
   explicit Exercise(Driver& db) : Exercise(db, Limits()) {}
@@ -36,6 +39,7 @@ class Exercise {
 
  private:
   void CheckCode();
+  bool ClaimsTooManyCells(const std::wstring& steps);
   void ReadCells(const std::wstring& steps, int f, int records);
   void ReadDataType(const std::wstring& steps, std::int32_t r, int f);
   void ReadFieldSize(const std::wstring& steps, int f);
