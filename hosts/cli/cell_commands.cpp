@@ -12,8 +12,8 @@
 namespace orv::cli {
 namespace {
 
-const WordHelp kRecord{"RECORD", "the record's number; 0 is the field's name"};
-const WordHelp kField{"FIELD", "the field's number or name"};
+constexpr WordHelp kRecord{"RECORD", "the record's number; 0 is the field's name"};
+constexpr WordHelp kField{"FIELD", "the field's number or name"};
 
 void AddGet(CLI::App& app) {
   CLI::App& command = *app.add_subcommand("get", "Print one cell");

@@ -15,7 +15,7 @@ std::wstring Escape(wchar_t letter) {
   if (letter == L'\n') return L"\\n";
   if (letter == L'\r') return L"\\r";
   if (letter == L'\t') return L"\\t";
-  const auto code = static_cast<std::uint32_t>(letter);
+  const auto code = static_cast<char32_t>(letter);
   std::wstring escape = code < 0x100 ? L"\\x" : L"\\u";
   for (int shift = code < 0x100 ? 4 : 12; shift >= 0; shift -= 4) {
     escape.push_back(L"0123456789ABCDEF"[code >> shift & 0xF]);

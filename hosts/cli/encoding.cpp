@@ -78,8 +78,8 @@ std::string ToCp866(std::wstring_view text) {
   std::string bytes;
   bytes.reserve(text.size());
   for (const wchar_t letter : text) {
-    const auto found = std::ranges::find(kCp866, letter);
-    bytes.push_back(found == kCp866.end() ? '?' : static_cast<char>(found - kCp866.begin()));
+    const auto code = std::ranges::distance(kCp866.begin(), std::ranges::find(kCp866, letter));
+    bytes.push_back(code == std::ssize(kCp866) ? '?' : static_cast<char>(code));
   }
   return bytes;
 }

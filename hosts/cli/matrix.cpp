@@ -128,12 +128,12 @@ FieldStyle Matrix::Style(std::int16_t field) {
   return style;
 }
 
-void Matrix::SetStyle(std::int16_t field, const FieldStyle& wanted) {
-  FieldStyle style = wanted;
-  Boolean fixedType = ToBoolean(style.fixedType);
-  Boolean unique = ToBoolean(style.unique);
-  engine_.SetFldStyle(path_, field, style.freeSize, style.cellSize, fixedType, unique,
-                      style.dataType);
+void Matrix::SetStyle(std::int16_t field, const FieldStyle& style) {
+  FieldStyle passed = style;
+  Boolean fixedType = ToBoolean(passed.fixedType);
+  Boolean unique = ToBoolean(passed.unique);
+  engine_.SetFldStyle(path_, field, passed.freeSize, passed.cellSize, fixedType, unique,
+                      passed.dataType);
   Check();
 }
 

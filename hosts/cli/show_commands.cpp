@@ -12,10 +12,13 @@
 namespace orv::cli {
 namespace {
 
-const std::map<std::string, RecordFormat> kFormats = {{"table", RecordFormat::kTable},
-                                                      {"tsv", RecordFormat::kTsv},
-                                                      {"csv", RecordFormat::kCsv},
-                                                      {"json", RecordFormat::kJson}};
+RecordFormat FormatNamed(const std::string& name) {
+  static const std::map<std::string, RecordFormat> formats = {{"table", RecordFormat::kTable},
+                                                              {"tsv", RecordFormat::kTsv},
+                                                              {"csv", RecordFormat::kCsv},
+                                                              {"json", RecordFormat::kJson}};
+  return formats.at(name);
+}
 
 // The options that show and filter share.
 class ShowOptions {
@@ -35,7 +38,7 @@ class ShowOptions {
 
   void Show(Matrix& matrix) const {
     RecordLayout layout = layout_;
-    layout.format = kFormats.at(format_);
+    layout.format = FormatNamed(format_);
     layout.header = !noHeader_;
     WriteRecords(matrix, Selection(matrix), layout, std::cout);
   }

@@ -10,7 +10,7 @@ namespace orv::cli {
 Words::Words(CLI::App& command, std::vector<WordHelp> further)
     : further_(std::move(further)),
       words_(std::make_unique<std::vector<std::string>>(further_.size() + 2)) {
-  const auto add = [&](std::size_t index, const std::string& name, const std::string& description) {
+  const auto add = [&](std::size_t index, const char* name, const char* description) {
     return command.add_option(name, (*words_)[index], description);
   };
   options_.push_back(
@@ -30,7 +30,7 @@ void Words::CheckCount() const {
   const auto given = static_cast<std::size_t>(
       std::ranges::count_if(options_, [](const CLI::Option* word) { return word->count() > 0; }));
   if (given < further_.size() + 1) {
-    throw BadUsage("the word " + further_[given - 1].name + " is missing");
+    throw BadUsage(std::string("the word ") + further_[given - 1].name + " is missing");
   }
 }
 

@@ -16,15 +16,15 @@ inline constexpr const char* kOptionalWord = "OPTIONAL";
 
 /// A word of a command line, as its help names and describes it.
 struct WordHelp {
-  std::string name;
-  std::string description;
+  const char* name;
+  const char* description;
 };
 
 /// Declares FILE, the optional STEPS and further words on a command and reads them after parsing.
 /// Whether STEPS were given follows from the number of words.
 class Words {
  public:
-  Words(CLI::App& command, std::vector<WordHelp> further = {});
+  explicit Words(CLI::App& command, std::vector<WordHelp> further = {});
 
   /// The matrix to work on. Throws `BadUsage` when words are missing or STEPS are no steps.
   Target TargetOf() const;

@@ -65,7 +65,7 @@ class Dumper final : public WalkObserver {
     sink_(item_);
   }
 
-  void OnFinding(Finding finding) override {
+  void OnFinding(const Finding& finding) override {
     sink_({std::string(DamageWords(finding.damage)) + ": " + finding.what,
            finding.position,
            0,

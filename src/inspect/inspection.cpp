@@ -56,7 +56,7 @@ class Collector final : public WalkObserver {
     }
   }
 
-  void OnFinding(Finding finding) override { inspection_.findings.Add(std::move(finding)); }
+  void OnFinding(const Finding& finding) override { inspection_.findings.Add(finding); }
 
   void OnConflict(const Conflict& conflict) override {
     const Structure& wanted = conflict.wanted;

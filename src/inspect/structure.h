@@ -66,7 +66,7 @@ class WalkObserver {
   virtual ~WalkObserver() = default;
   /// A structure that lies inside the file and shares no byte with an earlier one.
   virtual void OnStructure(const Structure&) {}
-  virtual void OnFinding(Finding) {}
+  virtual void OnFinding(const Finding&) {}
   virtual void OnConflict(const Conflict&) {}
 };
 
