@@ -18,15 +18,16 @@ class Elements {
     if (array == nullptr || SafeArrayGetDim(array) != 2) return;
     if (FAILED(SafeArrayGetVartype(array, &type_))) return;
     if (type_ != VT_BSTR && type_ != VT_VARIANT) return;
-    if (FAILED(SafeArrayAccessData(array, &data_))) data_ = nullptr;
+    isLocked_ = SUCCEEDED(SafeArrayAccessData(array, &data_));
   }
   ~Elements() {
-    if (data_ != nullptr) SafeArrayUnaccessData(array_);
+    if (isLocked_) SafeArrayUnaccessData(array_);
   }
   Elements(const Elements&) = delete;
   Elements& operator=(const Elements&) = delete;
 
-  bool IsReadable() const { return data_ != nullptr; }
+  /// An array without elements may be locked and have no memory.
+  bool IsReadable() const { return isLocked_ && data_ != nullptr; }
   Bounds Dimension(UINT number) const {
     LONG low = 0;
     LONG high = -1;
@@ -69,6 +70,7 @@ class Elements {
   SAFEARRAY* array_;
   VARTYPE type_ = VT_EMPTY;
   void* data_ = nullptr;
+  bool isLocked_ = false;
 };
 
 /// Calls `visit(field, record, index)` for every element in the order of memory, where the field
