@@ -22,7 +22,7 @@ patterns_to_regex() {
 }
 
 # What memcheck is for: the folders that test src/.
-core_folders=(platform storage command query convert exchange engine tables)
+core_folders=(platform storage command query convert exchange inspect engine tables)
 # What cannot run under it. Faults of maps are repaired by a signal handler that maps a page where
 # the faulting instruction reads; memcheck starts the instruction again without it, for ever. Sixty
 # maps of two gigabytes are more than it has addresses for. The others take hundreds of thousands of

@@ -88,7 +88,7 @@ Bounds ReadBounds(const Json& array, const char* key, const Parameter& parameter
 
 Argument ReadMatrix(const Json& value, const Parameter& parameter) {
   if (!value.is_object()) {
-    throw Fault(Named(parameter) + " must be an object with \"fields\" and \"records\"");
+    throw Fault(Named(parameter) + R"( must be an object with "fields" and "records")");
   }
   const Bounds fields = ReadBounds(value, "fields", parameter);
   const Bounds records = ReadBounds(value, "records", parameter);

@@ -27,7 +27,7 @@ class ShowOptions {
     command.add_option("--format", format_, "how the records are laid out")
         ->capture_default_str()
         ->check(CLI::IsMember({"table", "tsv", "csv", "json"}));
-    command.add_option("--records", records_, "only these records: \"5\", \"2:9\", \"2:\", \":9\"");
+    command.add_option("--records", records_, R"(only these records: "5", "2:9", "2:", ":9")");
     command.add_option("--field", fields_, "only this field, by number or name; may be repeated")
         ->allow_extra_args(false);
     command.add_flag("--no-header", noHeader_, "leave the field names out");
@@ -82,10 +82,9 @@ void AddFilter(CLI::App& app) {
       "filter", "Print the records for which a condition holds, and how many they are");
   struct Options {
     explicit Options(CLI::App& owner)
-        : words(
-              owner,
-              {{"CONDITION",
-                "an expression such as 'cell(rec,2)=\"Perm\"', or f(2)=\"Perm\", f(\"Town\")<>x"}}),
+        : words(owner,
+                {{"CONDITION",
+                  R"(an expression such as 'cell(rec,2)="Perm"', or f(2)="Perm", f("Town")<>x)"}}),
           show(owner) {}
     Words words;
     ShowOptions show;

@@ -13,6 +13,7 @@ std::wstring WideArgument(std::string_view argument) {
 
 std::vector<std::wstring> WideArguments(const std::vector<std::string>& arguments) {
   std::vector<std::wstring> texts;
+  texts.reserve(arguments.size());
   for (const std::string& argument : arguments) texts.push_back(WideArgument(argument));
   return texts;
 }
@@ -20,7 +21,7 @@ std::vector<std::wstring> WideArguments(const std::vector<std::string>& argument
 Target::Target(std::string_view file, std::string_view steps)
     : file_(WideArgument(file)), steps_(WideArgument(steps)) {
   if (!steps_.empty() && steps_.front() != L'/') {
-    throw BadUsage("steps begin with \"/\": \"" + std::string(steps) + "\"");
+    throw BadUsage(R"(steps begin with "/": ")" + std::string(steps) + '"');
   }
   if (file_.starts_with(L'"')) {
     const std::size_t end = file_.find(L'"', 1);

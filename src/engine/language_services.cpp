@@ -1,5 +1,7 @@
 #include "engine/language_services.h"
 
+#include <utility>
+
 #include "command/statements.h"
 #include "command/subscript.h"
 #include "engine/record_members.h"
@@ -22,11 +24,11 @@ constexpr std::string_view kFormula = "comp";
 /// The cells of one field of a container matrix; conditions test them record by record.
 class FieldColumn final : public command::Column {
  public:
-  FieldColumn(LanguageServices& services, Storage& storage, const std::wstring& path,
-              std::int16_t field, const Location& at, std::int32_t descriptor)
+  FieldColumn(LanguageServices& services, Storage& storage, std::wstring path, std::int16_t field,
+              const Location& at, std::int32_t descriptor)
       : services_(services),
         storage_(storage),
-        path_(path),
+        path_(std::move(path)),
         field_(field),
         at_(at),
         reader_(*at.file, at.position, descriptor, &storage.types) {}

@@ -263,12 +263,12 @@ std::string GetTypeValue(Storage& storage, const std::wstring& pth, std::int32_t
   if (storage.error.IsSet()) return {};
   const TypeTable::Row* row = FindRow(storage.types.Of(*at.file, at.position), r, type);
   const auto* properties = row == nullptr ? nullptr : &row->properties;
-  if (properties == nullptr || !properties->contains(platform::FoldCase(std::string_view(prop)))) {
+  const std::string folded = platform::FoldCase(std::string_view(prop));
+  if (properties == nullptr || !properties->contains(folded)) {
     storage.error.Set(code::kNothingToRead);
     return {};
   }
-  const std::string value =
-      properties->find(platform::FoldCase(std::string_view(prop)))->second.text;
+  std::string value = properties->find(folded)->second.text;
   if (!frml || !IsCommand(value)) return value;
   return language.Run(value, pth, r, f).value_or(std::string());
 }

@@ -1,6 +1,7 @@
 #include "inspect/container_walk.h"
 
 #include <algorithm>
+#include <ranges>
 #include <utility>
 
 #include "inspect/matrix_search.h"
@@ -93,14 +94,13 @@ std::string ContainerWalk::PathOf(std::size_t matrix) const {
     if (steps.size() == kGreatestSteps) steps.emplace_back("/...");
   }
   std::string path = start_;
-  for (auto step = steps.rbegin(); step != steps.rend(); ++step) path += *step;
+  for (const std::string& step : std::views::reverse(steps)) path += step;
   return path.empty() ? "/" : path;
 }
 
 void ContainerWalk::CheckHeader() {
   Take({StructureKind::kFileHeader, {}, 1, kFileHeaderBytes}, 1);
   using namespace layout::file;
-  constexpr std::string_view kBeginning("\x01\x00\x01", 3);
   if (file_.View(1, std::ssize(kBeginning)) != kBeginning) {
     Report(Damage::kFileHeader, {}, 1, "the file does not begin with the bytes 1, 0, 1",
            file_.ByteAt(1) == kFirstByte ? "everything" : "nothing, the file is not recognised");

@@ -58,8 +58,7 @@ void CopyStyle(const RescueJob& job, const RescuedField& field) {
 std::string ReadName(const RescueJob& job, const RescuedField& field, std::int16_t& code) {
   const std::int64_t cell = std::int64_t{field.from} + at::kTitleCell;
   std::string buffer;
-  const std::string name(
-      storage::GetCell(static_cast<std::int32_t>(cell), job.source, code, buffer));
+  std::string name(storage::GetCell(static_cast<std::int32_t>(cell), job.source, code, buffer));
   const std::int64_t text = code < 0 ? std::int64_t{job.source.Int32At(cell + layout::cell::kText)}
                                      : cell + layout::cell::kText;
   if (!storage::IsWholeText(job.source, text, storage::LengthBytes(code))) {

@@ -35,7 +35,7 @@ RescuedField FieldAt(const RescueJob& job, const RescuedMatrix& matrix, std::int
 std::int64_t CountFields(const RescueJob& job, const RescuedMatrix& matrix, ChainEntries& slots) {
   const std::int64_t counted = storage::ContainerFieldCount(job.source, matrix.from);
   const std::int64_t reached = slots.Count();
-  const std::int64_t count = std::min<std::int64_t>(
+  const auto count = std::min<std::int64_t>(
       {std::max(counted, slots.LastUsed()), reached, std::numeric_limits<std::int16_t>::max()});
   if (counted > count) {
     job.log.LoseOfMatrix(matrix.Path(), "of " + std::to_string(counted) + " fields only " +

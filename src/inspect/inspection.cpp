@@ -155,7 +155,6 @@ FileKind KindOf(const platform::File& file) {
   const bool magic = file.View(kMagicPosition, std::ssize(kMagic)) == kMagic;
   if (magic) return FileKind::kContainer;
   if (storage::CheckDbaseFormat(file)) return FileKind::kDbase;
-  constexpr std::string_view kBeginning("\x01\x00\x01", 3);
   const bool begins = file.View(1, std::ssize(kBeginning)) == kBeginning;
   return begins ? FileKind::kContainer : FileKind::kUnknown;
 }

@@ -58,7 +58,7 @@ std::optional<std::string> MatrixQueue::Obstacle(std::int32_t position,
 std::string MatrixQueue::TitleOf(std::int32_t matrix, const std::string& path) {
   const std::int32_t position = job_.source.Int32At(std::int64_t{matrix} + layout::matrix::kTitle);
   std::string buffer;
-  const std::string title(
+  std::string title(
       storage::ReadChainedText(job_.source, position, layout::kLongLengthBytes, buffer));
   if (!storage::IsWholeText(job_.source, position, layout::kLongLengthBytes)) {
     job_.log.LoseOfMatrix(

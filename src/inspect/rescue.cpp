@@ -90,8 +90,8 @@ class FileRescue {
     }
   }
 
-  void Keep(std::optional<PackedField> packed) {
-    if (packed) packed_.push_back(*std::move(packed));
+  void Keep(const std::optional<PackedField>& packed) {
+    if (packed) packed_.push_back(*packed);
   }
 
   RescueJob job_;

@@ -146,7 +146,7 @@ bool IsAsciiGroup(const wchar_t* group) {
 template <std::size_t kCount>
 bool WidenAscii(const char* group, wchar_t* wide) {
   if (!IsAsciiGroup<kCount>(group)) return false;
-  std::array<unsigned char, kCount> bytes;  // a copy, which `wide` cannot overlap
+  std::array<unsigned char, kCount> bytes = {};  // a copy, which `wide` cannot overlap
   std::memcpy(bytes.data(), group, kCount);
   for (std::size_t i = 0; i < kCount; ++i) wide[i] = static_cast<wchar_t>(bytes[i]);
   return true;
@@ -156,7 +156,7 @@ bool WidenAscii(const char* group, wchar_t* wide) {
 template <std::size_t kCount>
 bool NarrowAscii(const wchar_t* group, char* bytes) {
   if (!IsAsciiGroup<kCount>(group)) return false;
-  std::array<char, kCount> narrow;  // a copy, which `group` cannot overlap
+  std::array<char, kCount> narrow = {};  // a copy, which `group` cannot overlap
   for (std::size_t i = 0; i < kCount; ++i) narrow[i] = static_cast<char>(group[i]);
   std::memcpy(bytes, narrow.data(), kCount);
   return true;

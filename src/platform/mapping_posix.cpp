@@ -205,7 +205,7 @@ class PosixMapping final : public Mapping {
     constexpr std::size_t kPieceBytes = 4096;
     constexpr std::size_t kPieces = 16;
     static std::array<char, kPieceBytes> zeros;
-    std::array<iovec, kPieces> pieces;
+    std::array<iovec, kPieces> pieces = {};
     std::size_t used = 0;
     for (; used < kPieces && count > 0; ++used) {
       const std::size_t bytes = std::min(static_cast<std::size_t>(count), kPieceBytes);

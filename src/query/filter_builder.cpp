@@ -18,7 +18,6 @@
 
 namespace orv::query {
 
-using platform::Raise;
 using platform::RunTimeError;
 using platform::RunTimeFailure;
 using storage::Location;

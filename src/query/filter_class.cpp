@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <cmath>
 #include <limits>
-#include <utility>
 
 #include "dialogs/message_boxes.h"
 #include "platform/clock.h"
@@ -29,14 +28,14 @@ bool BeginsWithStep(const std::wstring& path, const std::wstring& base) {
 
 }  // namespace
 
-const FilterSlot& FilterClass::At(std::int16_t index) const {
+std::size_t FilterClass::PlaceOf(std::int16_t index) {
   if (!IsSlot(index)) Raise(RunTimeError::kSubscript);
-  return slots_[static_cast<std::size_t>(index - 1)];
+  return static_cast<std::size_t>(index - 1);
 }
 
-FilterSlot& FilterClass::At(std::int16_t index) {
-  return const_cast<FilterSlot&>(std::as_const(*this).At(index));
-}
+const FilterSlot& FilterClass::At(std::int16_t index) const { return slots_[PlaceOf(index)]; }
+
+FilterSlot& FilterClass::At(std::int16_t index) { return slots_[PlaceOf(index)]; }
 
 const FilterSlot& FilterClass::Named(const std::wstring& pth) const {
   const std::int16_t index = GetFilterID(pth);

@@ -100,6 +100,8 @@ class FilterClass final : public storage::FilterPort {
  private:
   FilterSlot& At(std::int16_t index);
   const FilterSlot& At(std::int16_t index) const;
+  /// Where the slot stands in `slots_`; raises 9 when there is none of that number.
+  static std::size_t PlaceOf(std::int16_t index);
   static bool IsSlot(std::int16_t index) { return index >= 1 && index <= kSlots; }
   /// The slot of a view that must be there.
   const FilterSlot& Named(const std::wstring& pth) const;

@@ -6,10 +6,12 @@
 namespace orv::query {
 
 DoubleEndedSelection::DoubleEndedSelection(const SortKeys& keys)
-    : count_(keys.Count()), ranks_(RankKeys(keys)), high_(count_ - 1) {
+    : count_(keys.Count()),
+      ranks_(RankKeys(keys)),
+      at_(static_cast<std::size_t>(count_)),
+      positions_(ranks_.sorted),  // before the first pass key k stands at position k
+      high_(count_ - 1) {
   const auto count = static_cast<std::size_t>(count_);
-  at_.resize(count);
-  positions_ = ranks_.sorted;  // before the first pass key k stands at position k
   for (std::size_t place = 0; place < count; ++place) {
     at_[static_cast<std::size_t>(positions_[place])] = static_cast<Place>(place);
   }

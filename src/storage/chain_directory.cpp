@@ -67,7 +67,7 @@ std::size_t ChainBlocks::IndexOf(std::int64_t k) const {
 
 ChainDirectory& ChainDirectory::Of(File& file) {
   if (!file.memory()) file.memory() = std::make_unique<ChainDirectory>();
-  return static_cast<ChainDirectory&>(*file.memory());
+  return Own(*file.memory());
 }
 
 ChainBlocks& ChainDirectory::LookUp(File& file, std::int32_t start, std::int32_t entryBytes) {

@@ -79,8 +79,8 @@ class ChainDirectory final : public platform::FileMemory {
   /// The blocks of the array at `start`. Raises 9 for an impossible entry width.
   static ChainBlocks& Blocks(platform::File& file, std::int32_t start, std::int32_t entryBytes) {
     const std::uint64_t key = KeyOf(start, entryBytes);
-    if (const platform::FileMemory* memory = file.memory().get()) {
-      const Recent& recent = static_cast<const ChainDirectory*>(memory)->recent_[IndexOf(key)];
+    if (platform::FileMemory* memory = file.memory().get()) {
+      const Recent& recent = Own(*memory).recent_[IndexOf(key)];
       if (recent.key == key) return *recent.blocks;
     }
     return LookUp(file, start, entryBytes);
@@ -92,6 +92,12 @@ class ChainDirectory final : public platform::FileMemory {
     std::uint64_t key = 0;  ///< 0, the key of no array, marks a free entry
     ChainBlocks* blocks = nullptr;
   };
+  /// A file's memory is filled here alone, and the kind is not asked for at every cell.
+  static ChainDirectory& Own(platform::FileMemory& memory) {
+    // NOLINTNEXTLINE(cppcoreguidelines-pro-type-static-cast-downcast)
+    return static_cast<ChainDirectory&>(memory);
+  }
+
   static constexpr std::size_t kRecent = 64;
 
   static std::uint64_t KeyOf(std::int32_t start, std::int32_t entryBytes) {

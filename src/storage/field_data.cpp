@@ -13,7 +13,6 @@
 namespace orv::storage {
 
 using layout::kPointerBytes;
-using platform::File;
 using platform::Raise;
 using platform::RunTimeError;
 

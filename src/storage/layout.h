@@ -16,6 +16,8 @@ inline constexpr Position kDbaseTable = -3;
 
 namespace file {
 inline constexpr std::uint8_t kFirstByte = 0x01;
+/// The bytes 1, 0, 1, which every writer begins with; readers rely on the first one only.
+inline constexpr std::string_view kBeginning("\x01\x00\x01", 3);
 inline constexpr std::int64_t kRootPointer =
     4;  ///< position of the int32 that names the root matrix
 inline constexpr std::int64_t kMagicPosition = 8;
