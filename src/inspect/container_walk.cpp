@@ -1,7 +1,7 @@
 #include "inspect/container_walk.h"
 
 #include <algorithm>
-#include <ranges>
+#include <numeric>
 #include <utility>
 
 #include "inspect/matrix_search.h"
@@ -93,8 +93,7 @@ std::string ContainerWalk::PathOf(std::size_t matrix) const {
     steps.push_back(at.field == 0 ? "/#" : "/[" + Number(at.record) + "," + Number(at.field) + "]");
     if (steps.size() == kGreatestSteps) steps.emplace_back("/...");
   }
-  std::string path = start_;
-  for (const std::string& step : std::views::reverse(steps)) path += step;
+  std::string path = std::accumulate(steps.rbegin(), steps.rend(), start_);
   return path.empty() ? "/" : path;
 }
 
