@@ -14,6 +14,7 @@
 #include "engine/component.h"
 #include "platform/code_page.h"
 #include "support/bench_folder.h"
+#include "support/random_texts.h"
 
 namespace orv::bench {
 namespace {
@@ -35,24 +36,6 @@ enum Field : std::int16_t {
 constexpr std::int16_t kFree = 0;
 constexpr std::int16_t kFixed = 1;
 constexpr std::int16_t kDictionary = 11;
-
-/// Numbers that look random and are the same in every run.
-class Random {
- public:
-  std::uint32_t Below(std::uint32_t count) {
-    state_ = state_ * 6364136223846793005U + 1442695040888963407U;
-    return static_cast<std::uint32_t>(state_ >> 33U) % count;
-  }
-
- private:
-  std::uint64_t state_ = 20240519;
-};
-
-std::wstring Letters(Random& random, std::uint32_t count) {
-  std::wstring text;
-  for (; count > 0; --count) text += static_cast<wchar_t>(L'a' + random.Below(26));
-  return text;
-}
 
 std::wstring CellText(Random& random, std::int32_t record, std::int16_t field) {
   switch (field) {

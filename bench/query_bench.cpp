@@ -14,6 +14,7 @@
 #include "platform/code_page.h"
 #include "storage/chain_array.h"
 #include "storage/field_style.h"
+#include "support/random_texts.h"
 
 namespace orv::bench {
 namespace {
@@ -32,24 +33,6 @@ enum Field : std::int16_t {
   kWord = 8,  ///< one of 12 words
   kFields = 8
 };
-
-/// Numbers that look random and are the same in every run.
-class Random {
- public:
-  std::uint32_t Below(std::uint32_t count) {
-    state_ = state_ * 6364136223846793005U + 1442695040888963407U;
-    return static_cast<std::uint32_t>(state_ >> 33U) % count;
-  }
-
- private:
-  std::uint64_t state_ = 20240519;
-};
-
-std::wstring Letters(Random& random, std::uint32_t count) {
-  std::wstring text;
-  for (; count > 0; --count) text += static_cast<wchar_t>(L'a' + random.Below(26));
-  return text;
-}
 
 std::wstring CellText(Random& random, std::int16_t field, const std::wstring& key) {
   switch (field) {

@@ -29,11 +29,7 @@ class DualInterfaceTest : public testing::Test {
     ASSERT_EQ(ErrorCodeOf(engine_.get()), 0);
   }
   std::wstring Get(long record, short field) {
-    VARIANT_BOOL isMatrix = VARIANT_FALSE;
-    VARIANT_BOOL formula = VARIANT_FALSE;
-    Text text;
-    EXPECT_EQ(engine_->GetCellValue(&path_, &record, &field, &isMatrix, &formula, &text), S_OK);
-    return text.str();
+    return CellTextOf(engine_.get(), path_, record, field);
   }
 
   Apartment apartment_;

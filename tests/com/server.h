@@ -88,4 +88,15 @@ inline int ErrorCodeOf(IEngine* engine) {
   return code.iVal;
 }
 
+/// A cell's text through the dual interface; throws when the call fails.
+inline std::wstring CellTextOf(IEngine* engine, Text& path, long record, short field) {
+  VARIANT_BOOL isMatrix = VARIANT_FALSE;
+  VARIANT_BOOL formula = VARIANT_FALSE;
+  Text text;
+  if (FAILED(engine->GetCellValue(&path, &record, &field, &isMatrix, &formula, &text))) {
+    throw std::runtime_error("a cell cannot be read");
+  }
+  return text.str();
+}
+
 }  // namespace orv::test

@@ -72,14 +72,7 @@ class DialogsTest : public testing::Test {
     short text = 2;
     EXPECT_EQ(engine_->SaveMtxAs(&path_, &target, &properties, &text), S_OK);
   }
-  std::wstring Cell(long record) {
-    short field = 1;
-    VARIANT_BOOL isMatrix = VARIANT_FALSE;
-    VARIANT_BOOL formula = VARIANT_FALSE;
-    Text text;
-    EXPECT_EQ(engine_->GetCellValue(&path_, &record, &field, &isMatrix, &formula, &text), S_OK);
-    return text.str();
-  }
+  std::wstring Cell(long record) { return CellTextOf(engine_.get(), path_, record, 1); }
 
   Apartment apartment_;
   TempFolder folder_;
