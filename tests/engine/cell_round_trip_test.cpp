@@ -300,6 +300,24 @@ TEST_F(StyledCellTest, PackedIntegers) {
   EXPECT_EQ(Written(styled::kPacked, "abc"), "0");
 }
 
+TEST_F(StyledCellTest, IntegersOfFourBytesTakeADecimalCommaToo) {
+  MakeStyledFile(db_);
+  test::ContainerBytes file(db_.Bytes());
+  file.MakeFixed(file.Root(), styled::kFree, 4, 1);
+  test::WriteBytes(db_.file(), file.bytes());
+  db_.AddRecords(L"", 3, 1);
+  for (const auto* number : {"0", "-1", "2147483647", "-2147483648"}) {
+    EXPECT_EQ(Written(styled::kFree, number), number);
+  }
+  EXPECT_EQ(Written(styled::kFree, "3.7"), "4");
+  EXPECT_EQ(Written(styled::kFree, "-3,7"), "-4");
+  EXPECT_EQ(Written(styled::kFree, "16777217,2"), "16777217");
+  EXPECT_EQ(db_.Error(), 0);
+  db_.Set(L"", 2, styled::kFree, "2147483647,6");
+  EXPECT_EQ(db_.Error(), 6);
+  EXPECT_EQ(db_.Get(L"", 2, styled::kFree), "16777217");
+}
+
 TEST_F(StyledCellTest, AValueThatCannotBePackedSets6AndWritesNothing) {
   db_.Set(L"", 2, styled::kPacked, "77");
   for (const auto* number : {"32768", "-32768", "1e30"}) {

@@ -74,6 +74,36 @@ TEST_F(ContainerExportTest, WithPropertiesTakesEveryKindOfWritingAfterwards) {
   ExpectSound();
 }
 
+// Other writers of the format may leave a long text in the pieces of a short cell.
+TEST_F(ContainerExportTest, WithPropertiesKeepsAShortCellOfSeveralPieces) {
+  MakeRichTable();
+  db_.CloseAll();
+  ContainerBytes file(db_.Bytes());
+  const std::int64_t piece = file.Cell(file.Root(), 1, styled::kFree) + 2;
+  ASSERT_EQ(file.Byte(piece), 120);
+  const std::int64_t next = file.Append('\xC8' + std::string(200, 'b') + std::string(4, '\0'));
+  file.PutInt32(piece + 1 + 120, next);
+  test::WriteBytes(db_.file(), file.bytes());
+  const std::string source = Describe();
+  EXPECT_EQ(db_.Get(L"", 1, styled::kFree), std::string(120, 'a') + std::string(200, 'b'));
+  Export(true);
+  UseTarget();
+  EXPECT_EQ(Describe(), source);
+  ExpectSound();
+}
+
+TEST_F(ContainerExportTest, WithPropertiesLeavesCompressedCellsOut) {
+  MakeRichTable();
+  db_.CloseAll();
+  ContainerBytes file(db_.Bytes());
+  file.PutByte(file.Descriptor(file.Root(), styled::kFree) + 8, 7);
+  test::WriteBytes(db_.file(), file.bytes());
+  const std::string source = Describe();
+  Export(true);
+  UseTarget();
+  EXPECT_EQ(Describe(), source);
+}
+
 TEST_F(ContainerExportTest, ShedsDeadSpace) {
   MakeRichTable();
   for (int round = 0; round < 50; ++round) {

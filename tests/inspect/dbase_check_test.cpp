@@ -94,6 +94,10 @@ TEST_F(DbaseCheckTest, FieldDescriptors) {
   table_ = ContainerBytes(Table());
   table_.PutByte(33 + 11, 7);
   ExpectOnly(Damage::kTableField, "the byte 7");
+  table_ = ContainerBytes(Table());
+  table_.PutByte(33 + 16, 0);
+  table_.PutByte(33 + 32 + 16, 8);  // so that the record's size is as before
+  ExpectOnly(Damage::kTableField, "the field's width is 0");
 }
 
 TEST_F(DbaseCheckTest, DeletionFlags) {

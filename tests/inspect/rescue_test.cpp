@@ -136,6 +136,30 @@ TEST_F(RescueTest, AFieldWhoseDictionaryIsGoneArrivesInTheFreeStyle) {
   ExpectSound(outcome.copy);
 }
 
+TEST_F(RescueTest, FieldsThatNobodyCanReadAreToldAndTheOthersArrive) {
+  ContainerBytes damaged = whole_;
+  const std::int64_t root = damaged.Root();
+  damaged.PutInt16(damaged.Descriptor(root, styled::kText) + 9, 0);
+  damaged.PutByte(damaged.Descriptor(root, styled::kPacked) + 8, 7);
+  damaged.PutInt16(damaged.Descriptor(root, styled::kDictionary) + 9, 3);
+  const Outcome outcome = RescueBytes(damaged.bytes());
+  EXPECT_EQ(outcome.Remarks(),
+            "changed / 2 -1: the style code 5 with the cell size 0 became the free style\n"
+            "changed / 5 -1: the style code 11 with the cell size 3 became the free style\n"
+            "lost / 2 -1: cells of 0 bytes cannot be read\n"
+            "lost / 3 -1: the cells of a compressed field cannot be read\n"
+            "lost / 5 -1: index entries of 3 bytes cannot be read\n");
+  ExpectSound(outcome.copy);
+  test::WriteBytes(db_.file(), outcome.copy);
+  EXPECT_EQ(db_.Fields(), styled::kFields);
+  EXPECT_EQ(db_.Get(L"", 8, styled::kFree), std::string(64, 'f'));
+  EXPECT_EQ(db_.Get(L"", 8, styled::kInt), "8000000");
+  for (const int f : {styled::kText, styled::kPacked, styled::kDictionary}) {
+    EXPECT_EQ(db_.Get(L"", 8, f), "");
+    EXPECT_EQ(db_.Get(L"", 0, f), "field " + std::to_string(f));
+  }
+}
+
 TEST_F(RescueTest, AWrongRootPointerLeadsToTheUsualRoot) {
   ContainerBytes damaged = whole_;
   damaged.PutInt32(4, 0);

@@ -9,6 +9,7 @@
 #include "dialogs/recording_interface.h"
 #include "engine/component.h"
 #include "platform/code_page.h"
+#include "support/container_bytes.h"
 #include "support/driver.h"
 #include "support/raises.h"
 #include "support/styled_file.h"
@@ -90,6 +91,21 @@ TEST_F(SearchTest, StartsAtTheRecordGiven) {
   EXPECT_EQ(First({.record = 4, .value = L"a"}), -1);
   EXPECT_EQ(First({.record = 0, .value = L"a"}), 1);
   EXPECT_EQ(First({.record = -7, .value = L"a"}), 1);
+}
+
+TEST_F(SearchTest, CellsThatNobodyCanReadAreEmpty) {
+  MakeStyledFile(db_);
+  db_.AddRecords(L"", 3, 1);
+  db_.CloseAll();
+  test::ContainerBytes file(db_.Bytes());
+  file.PutByte(file.Descriptor(file.Root(), styled::kFree) + 8, 7);  // compressed
+  file.PutInt16(file.Descriptor(file.Root(), styled::kDictionary) + 9, 3);
+  test::WriteBytes(db_.file(), file.bytes());
+  for (const std::int16_t f : {std::int16_t{styled::kFree}, std::int16_t{styled::kDictionary}}) {
+    EXPECT_EQ(db_.Get(L"", 2, f), "");
+    EXPECT_EQ(First({.record = 2, .field = f, .value = L""}), 2);
+    EXPECT_EQ(First({.field = f, .value = L"x"}), -1);
+  }
 }
 
 TEST_F(SearchTest, LetterCaseMattersOnRequestOnly) {

@@ -61,6 +61,14 @@ TEST_F(FreeCellTest, ANewCellTakesTheCodeThatIsGiven) {
   EXPECT_EQ(file_->Int32At(kSlot), longCell);
 }
 
+TEST_F(FreeCellTest, ALongTextForANewShortCellMakesItAPlainLongOne) {
+  const std::int32_t cell = Put(0, 7, std::string(256, 'a'));
+  EXPECT_EQ(code_, 16381);
+  EXPECT_EQ(file_->Int32At(kSlot), cell);
+  EXPECT_EQ(Read(cell), std::string(256, 'a'));
+  EXPECT_EQ(code_, 16381);
+}
+
 TEST_F(FreeCellTest, OverwritingKeepsTheCellAndItsSlot) {
   const std::int32_t cell = Put(0, 0, "abcdef");
   file_->WriteInt32(kSlot, 99);
