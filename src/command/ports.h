@@ -50,12 +50,7 @@ class Services {
   virtual storage::ErrorCode& Error() = 0;
   /// The field's cells for a condition that is tested record by record; nothing when the path or
   /// the field has no such fast access.
-  virtual std::unique_ptr<Column> OpenColumn(const std::wstring& path, std::int16_t field);
+  virtual std::unique_ptr<Column> OpenColumn(const std::wstring& path, std::int16_t field) = 0;
 };
-
-inline std::unique_ptr<Column> Services::OpenColumn(const std::wstring& /*path*/,
-                                                    std::int16_t /*field*/) {
-  return nullptr;
-}
 
 }  // namespace orv::command

@@ -69,12 +69,6 @@ void MakeRoom(std::int32_t matrix, std::int32_t descriptor, File& file, TypeTabl
 
 void SetCellForm(std::int32_t matrix, std::int32_t r, std::int16_t f, std::int16_t width,
                  File& file, ErrorCode& error) {
-  if (width != layout::kShortLengthBytes && width != layout::kLongLengthBytes) return;
-  if (matrix == layout::kDbaseTable) {
-    error.Set(code::kNotOnDbase);
-    return;
-  }
-  if (matrix == 0) return;
   if (r < 1) {
     error.Set(code::kRecordNumber);
     return;

@@ -23,10 +23,10 @@ void InsertRecords(std::int32_t matrix, std::int32_t quantity, std::int32_t posi
 void MakeRoom(std::int32_t matrix, std::int32_t descriptor, platform::File& file,
               TypeTables& types);
 
-/// Gives a free text cell the short (width 1) or long form (width 4): the text is written as a new
-/// cell at the end of the file and the record's pointer repointed. 20 for a record, 21 for a field
-/// below 1; a record above the record count raises 9. Empty cells, cells that hold a matrix and
-/// fields without cells are left alone.
+/// Gives a free text cell of a container matrix the short (width 1) or long form (width 4): the
+/// text is written as a new cell at the end of the file and the record's pointer repointed. 20 for
+/// a record, 21 for a field below 1; a record above the record count raises 9. Empty cells, cells
+/// that hold a matrix and fields without cells are left alone.
 void SetCellForm(std::int32_t matrix, std::int32_t r, std::int16_t f, std::int16_t width,
                  platform::File& file, ErrorCode& error);
 
