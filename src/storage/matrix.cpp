@@ -60,7 +60,8 @@ bool CheckDbaseFormat(const File& file) {
 void CreateContainer(File& file, std::string_view title) {
   using namespace layout::file;
   std::string header(kBeginning);
-  header.append(kMagicPosition - 1 - header.size(), ' ').append(kMagic).append(kBanner);
+  header.resize(static_cast<std::size_t>(kMagicPosition - 1), ' ');
+  header.append(kMagic).append(kBanner);
   const auto root = static_cast<std::int32_t>(header.size()) + kRootGap;
   PatchInteger(header, kRootPointer - 1, root);
   header.resize(static_cast<std::size_t>(root - 1), '\0');
