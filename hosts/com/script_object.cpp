@@ -14,7 +14,7 @@ namespace {
 constexpr const wchar_t* kValue = L"value";
 constexpr const wchar_t* kLength = L"length";
 // A script can give an array any length without an element; the texts of it are all made.
-constexpr std::int64_t kGreatestArray = 10'000'000;
+constexpr std::int64_t kGreatestArray = 2'000'000;
 
 HRESULT FindProperty(IDispatch* object, const std::wstring& name, DISPID& number) {
   auto* text = const_cast<wchar_t*>(name.c_str());
