@@ -122,7 +122,7 @@ bool FieldConversion::FindTarget(const std::wstring& path, const std::string& fi
   const std::int16_t asked = FieldNumber(field);
   target.path = path;
   target.throughView = at.IsView();
-  target.field = at.IsView() ? storage_.ports.filters->GetCashFld(at.filter, asked) : asked;
+  target.field = storage_.UnderlyingField(at, asked);
   target.matrix = at;
   target.matrix.filter = 0;
   target.descriptor = storage_.fields.GetFieldPos(at.position, target.field, *at.file);

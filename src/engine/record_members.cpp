@@ -16,13 +16,8 @@ namespace code = storage::code;
 
 namespace {
 
-/// The field that `f` stands for under a view.
-std::int16_t UnderlyingField(const Storage& storage, const Location& at, std::int16_t f) {
-  return at.IsView() ? storage.ports.filters->GetCashFld(at.filter, f) : f;
-}
-
 std::int32_t DescriptorOf(Storage& storage, const Location& at, std::int16_t f) {
-  return storage.fields.GetFieldPos(at.position, UnderlyingField(storage, at, f), *at.file);
+  return storage.fields.GetFieldPos(at.position, storage.UnderlyingField(at, f), *at.file);
 }
 
 }  // namespace
@@ -75,8 +70,8 @@ void ReBit(Storage& storage, const std::wstring& pth, std::int32_t r, std::int16
   } else if (!at.IsMatrix()) {
     storage.error.Set(code::kBadArgument);
   } else {
-    const std::int32_t record = r < 1 ? r : storage.UnderlyingRecord(at, r);
-    const std::int16_t field = f < 1 ? f : UnderlyingField(storage, at, f);
+    const std::int32_t record = storage.UnderlyingRecord(at, r);
+    const std::int16_t field = f < 1 ? f : storage.UnderlyingField(at, f);
     storage::SetCellForm(at.position, record, field, b, *at.file, storage.error);
   }
 }

@@ -38,6 +38,7 @@ void SetTitle(storage::Storage& storage, const std::wstring& vlu, const std::wst
   const std::int32_t title =
       storage::WriteChainedText(*at.file, before, platform::ToBytes(vlu), layout::kLongLengthBytes);
   if (title != before) at.file->WriteInt32(TitlePointer(at), title);
+  if (at.throughProperties) storage.types.Clear();
 }
 
 }  // namespace orv::engine

@@ -79,7 +79,8 @@ class PropertyWriter {
   void Write(const std::string& prop, const std::string& vlu) {
     const std::int16_t type =
         SelectsCell(r_) ? TypeOfCell(storage_, pth_, r_, f_) : std::int16_t{0};
-    if (Failed() || !EnsureMatrix(pth_, types_, storage::kTypeTableRecord, 1, "Types", kTypeFields))
+    if (Failed() || !HasField() ||
+        !EnsureMatrix(pth_, types_, storage::kTypeTableRecord, 1, "Types", kTypeFields))
       return;
     const std::int32_t known = RowOf(type);
     const std::int16_t newType = known == 0 ? NextIdentifier() : type;
@@ -92,6 +93,19 @@ class PropertyWriter {
 
  private:
   bool Failed() const { return storage_.error.IsSet(); }
+
+  /// Whether there is a field to give a type to, where the type is a cell's: the number of a field
+  /// just deleted has no descriptor, and nothing may be written for it.
+  bool HasField() {
+    if (!SelectsCell(r_)) return true;
+    const Location at = Resolved(pth_);
+    if (DescriptorOf(at) < 1) storage_.error.Set(code::kBadArgument);
+    return !Failed();
+  }
+
+  std::int32_t DescriptorOf(const Location& at) {
+    return storage_.fields.GetFieldPos(at.position, storage_.UnderlyingField(at, f_), *at.file);
+  }
 
   /// A path that led to a matrix when the writing began. Raises 9 when it does not any more: in a
   /// damaged file what is written can lie over what the path leads through.
@@ -174,8 +188,7 @@ class PropertyWriter {
   void StoreType(std::int16_t type) {
     const Location at = Resolved(pth_);
     File& file = *at.file;
-    const std::int16_t field = at.IsView() ? storage_.ports.filters->GetCashFld(at.filter, f_) : f_;
-    const std::int32_t descriptor = storage_.fields.GetFieldPos(at.position, field, file);
+    const std::int32_t descriptor = DescriptorOf(at);
     const bool hasCells = storage::StyleOf(descriptor, file).freeSize == storage::free_size::kFree;
     if (r_ > 0 && hasCells) {
       StoreTypeOfCell(at, descriptor, storage_.UnderlyingRecord(at, r_), type);

@@ -66,7 +66,7 @@ void PutMatrix(Storage& storage, const std::wstring& pth, std::int32_t r, std::i
     return;
   }
   const std::int32_t record = storage.UnderlyingRecord(at, r);
-  const std::int16_t field = at.IsView() ? storage.ports.filters->GetCashFld(at.filter, f) : f;
+  const std::int16_t field = storage.UnderlyingField(at, f);
   const std::int32_t descriptor = storage.fields.GetFieldPos(at.position, field, *at.file);
   if (descriptor < 1) {
     storage.error.Set(code::kBadArgument);

@@ -65,7 +65,11 @@ std::int32_t Storage::FieldCount(const Location& at) {
 }
 
 std::int32_t Storage::UnderlyingRecord(const Location& at, std::int32_t r) const {
-  return at.IsView() ? ports.filters->GetFilterValue(at.filter, r) : r;
+  return at.IsView() && r > 0 ? ports.filters->GetFilterValue(at.filter, r) : r;
+}
+
+std::int16_t Storage::UnderlyingField(const Location& at, std::int16_t f) const {
+  return at.IsView() ? ports.filters->GetCashFld(at.filter, f) : f;
 }
 
 }  // namespace orv::storage

@@ -48,8 +48,10 @@ class Storage final : public CacheReset {
   /// Fields of the location, likewise.
   std::int32_t FieldCount(const Location& at);
   /// The record that record `r` of the location stands for: `r` itself, or the view's underlying
-  /// one (-1 beyond the view).
+  /// one (-1 beyond the view). Numbers below 1 name no record of a view and stay as they are.
   std::int32_t UnderlyingRecord(const Location& at, std::int32_t r) const;
+  /// The field that field `f` of the location stands for, 0 beyond the view.
+  std::int16_t UnderlyingField(const Location& at, std::int16_t f) const;
 };
 
 }  // namespace orv::storage

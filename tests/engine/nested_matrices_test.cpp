@@ -102,6 +102,37 @@ TEST_F(NestedMatricesTest, WhatPutMatrixRefuses) {
   EXPECT_EQ(db_.Bytes(), before);
 }
 
+TEST_F(NestedMatricesTest, AViewHasNoRecordInFrontOfItsFirst) {
+  db_.Set(L"", 1, 1, "kept");
+  db_.Set(L"", 2, 1, "x");
+  for (int r : {0, -1}) {
+    db_.Put(L"/f(1)=x", r, 1, "nested");
+    EXPECT_EQ(db_.Error(), 9) << r;
+  }
+  EXPECT_FALSE(db_.HoldsMatrix(L"", 1, 1));
+  EXPECT_EQ(db_.Get(L"", 1, 1), "kept");
+}
+
+TEST_F(NestedMatricesTest, ADeletedFieldTakesNoType) {
+  db_.DeleteField(L"", 2);
+  db_.CloseAll();
+  const std::string before = db_.Bytes();
+  for (int r : {1, 0, -2}) {
+    db_.SetType(L"", r, 2, "type", "int");
+    EXPECT_EQ(db_.Error(), 255) << r;
+  }
+  db_.CloseAll();
+  EXPECT_EQ(db_.Bytes(), before);
+}
+
+TEST_F(NestedMatricesTest, APropertyChangedAsATitleIsSeenAtOnce) {
+  db_.SetType(L"", 1, 1, "comp", "old");
+  db_.Put(L"/#/[1,3]", 1, 2, "one");
+  EXPECT_EQ(db_.Type(L"", 1, 1, "comp"), "one");
+  db_.SetTitle(L"/#/[1,3]/[1,2]", "two");
+  EXPECT_EQ(db_.Type(L"", 1, 1, "comp"), "two");
+}
+
 TEST_F(NestedMatricesTest, FieldsOfOtherStylesAre58) {
   MakeStyledFile(db_);
   db_.AddRecords(L"", 1, 1);
