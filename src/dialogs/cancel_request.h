@@ -13,6 +13,19 @@ class CancelRequest {
   static void Clear() { request_ = Boolean::kFalse; }
   static bool IsMade() { return IsTrue(request_); }
 
+  /// An operation that runs inside another: a request made before it is found by the outer loop
+  /// after it, and one made in its own dialog ends nothing but itself.
+  class Inner {
+   public:
+    Inner() = default;
+    ~Inner() { request_ = outer_; }
+    Inner(const Inner&) = delete;
+    Inner& operator=(const Inner&) = delete;
+
+   private:
+    Boolean outer_ = request_;
+  };
+
  private:
   static inline Boolean request_ = Boolean::kFalse;
 };

@@ -27,7 +27,7 @@ class Component {
   query::Search search;
   query::SortClass sort;
   RoomServices services;
-  std::string cellText;  ///< room for the text being written
+  std::string cellText;  ///< room for the next text to be written
 
  private:
   Component();

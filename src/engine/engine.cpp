@@ -92,8 +92,10 @@ std::int32_t Engine::Fields(std::wstring& p) {
 
 void Engine::SetCellValue(std::wstring& v, std::wstring& p, std::int32_t& Rec, std::int16_t& Fld) {
   CallMember([&](Component& component) {
-    const std::string_view text = ToBytes(v, component.cellText);
-    component.storage.cells.SvrSetCellValue(text, p, Rec, Fld);
+    // Resolving the path can run a host's events, and a call from them writes a text of its own.
+    std::string room = std::move(component.cellText);
+    component.storage.cells.SvrSetCellValue(ToBytes(v, room), p, Rec, Fld);
+    component.cellText = std::move(room);
   });
 }
 

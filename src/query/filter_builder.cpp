@@ -227,6 +227,8 @@ void Process::Store(FilterClass::Claim& claim) {
 }  // namespace
 
 void FilterBuilder::Build(const std::wstring& pth, const std::wstring& flt) {
+  // A filter is built wherever a path needs it: inside a conversion, an export, another filter.
+  const dialogs::CancelRequest::Inner inner;
   dialogs::CrFlt dialog([&](dialogs::CrFlt& shown) {
     Process(storage_, evaluator_, filters_, pth, flt, shown).DoProcess();
   });

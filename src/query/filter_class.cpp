@@ -3,10 +3,12 @@
 #include <algorithm>
 #include <cmath>
 #include <limits>
+#include <optional>
 
 #include "dialogs/message_boxes.h"
 #include "platform/clock.h"
 #include "platform/code_page.h"
+#include "platform/file_names.h"
 #include "platform/run_time_error.h"
 #include "query/filter_builder.h"
 #include "storage/matrix_path.h"
@@ -24,6 +26,13 @@ constexpr wchar_t kStep = L'/';
 
 bool BeginsWithStep(const std::wstring& path, const std::wstring& base) {
   return path.size() > base.size() && path[base.size()] == kStep && path.starts_with(base);
+}
+
+/// The file that a view's path begins with, whatever its spelling.
+std::optional<platform::FileIdentity> FileOf(const std::wstring& path) {
+  const std::size_t end = path.find(L'"', 1);
+  if (end == std::wstring::npos) return std::nullopt;
+  return platform::IdentityOf(platform::ExistingSpelling(path.substr(1, end - 1)));
 }
 
 }  // namespace
@@ -132,8 +141,12 @@ void FilterClass::EraseCash() {
 
 void FilterClass::DropFile(const std::wstring& fileName) {
   const std::wstring file = platform::FoldCase(storage::QuotedFile(fileName));
+  const auto identity = platform::IdentityOf(platform::ExistingSpelling(fileName));
   for (std::int16_t index = 1; index <= kSlots; ++index) {
-    if (BeginsWithStep(platform::FoldCase(At(index).path), file)) ClearFilter(index);
+    const std::wstring& path = At(index).path;
+    if (BeginsWithStep(platform::FoldCase(path), file) || (identity && FileOf(path) == identity)) {
+      ClearFilter(index);
+    }
   }
 }
 

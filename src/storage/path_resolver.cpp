@@ -86,7 +86,7 @@ bool PathResolver::ReviveFilter() {
   // Building the view resolves its base, which takes the place of the remembered path.
   HandleCache remembered = last_;
   remembered.location.filter = UseFilter(remembered.viewKey, remembered.condition);
-  if (error_.IsSet()) return false;
+  if (error_.IsSet() || !IsOpen(remembered.location.number, remembered.opening)) return false;
   last_ = std::move(remembered);
   return true;
 }
@@ -99,9 +99,10 @@ Location PathResolver::ResolveAfresh(const std::wstring& path) {
   for (std::size_t i = 0; i < parts.steps.size(); ++i) {
     TakeStep(parts, i, walk);
     if (error_.IsSet()) return {};
+    // Building a view may have closed the file under this path: by trying an eleventh file, or by a
+    // host's call from the events.
+    if (!IsOpen(walk.location.number, walk.opening)) return ResolveAfresh(path);
   }
-  // Building a view may have closed number 1 under this path, by trying an eleventh file.
-  if (files_.Find(walk.location.number) != walk.location.file) return ResolveAfresh(path);
   Store(path, parts, walk);
   return walk.location;
 }
@@ -113,6 +114,7 @@ bool PathResolver::OpenRoot(const std::wstring& fileName, Walk& walk) {
   walk.location.number = number;
   walk.location.file = &files_.At(number);
   const File& file = *walk.location.file;
+  walk.opening = file.opening();
   walk.location.position = 0;
   if (CheckOwnFormat(file)) {
     const std::int32_t root = file.Int32At(layout::file::kRootPointer);
@@ -202,7 +204,7 @@ void PathResolver::Store(const std::wstring& path, const MatrixPath& parts, cons
            .viewKey = walk.viewKey,
            .condition = walk.condition,
            .identity = walk.location.file->Identity(),
-           .opening = walk.location.file->opening(),
+           .opening = walk.opening,
            .caseMatters = CaseMatters(path, parts)};
 }
 

@@ -86,6 +86,7 @@ class PathResolver {
   /// A resolution on its way through the steps.
   struct Walk {
     Location location;
+    std::uint64_t opening = 0;  ///< of the location's file
     std::wstring viewKey;
     std::wstring condition;
   };
@@ -94,8 +95,12 @@ class PathResolver {
   /// to be looked up.
   bool IsLive() const {
     if (last_.location.position == 0 || !last_.viewKey.empty()) return false;
-    const platform::File* file = files_.Find(last_.location.number);
-    return file != nullptr && file->opening() == last_.opening;
+    return IsOpen(last_.location.number, last_.opening);
+  }
+  /// Whether the number still has the file that it had in that opening.
+  bool IsOpen(std::int16_t number, std::uint64_t opening) const {
+    const platform::File* file = files_.Find(number);
+    return file != nullptr && file->opening() == opening;
   }
   /// A path that is not the last one, or whose location must be made usable again.
   Location ResolveOther(const std::wstring& path);

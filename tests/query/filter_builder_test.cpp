@@ -2,6 +2,7 @@
 #include "query/filter_builder.h"
 
 #include <string>
+#include <utility>
 #include <vector>
 
 #include <gtest/gtest.h>
@@ -368,6 +369,64 @@ TEST_P(FilterCancelTest, AHostCallSeesTheViewAsItIsAtThatMoment) {
   };
   EXPECT_EQ(db_.Records(GetParam()), 334);
   EXPECT_EQ(midway, 0);
+}
+
+TEST_F(FilterBuilderTest, APathGoesOnInTheFileThatAHostCallOpenedAnew) {
+  Make({"x", "y"});
+  db_.Put(L"", 1, 1, "nested");
+  db_.AddFields(L"/[1,1]", 1, 1);
+  db_.AddRecords(L"/[1,1]", 7, 1);
+  bool once = true;
+  seen_.onServiceEvents = [&] {
+    if (!std::exchange(once, false)) return;
+    db_.CloseAll();
+    db_.Records(L"/f(2)=x");
+  };
+  EXPECT_EQ(db_.Records(L"/f(2)=x/[1,1]"), 7);
+  db_.CloseAll();
+  seen_.onServiceEvents = nullptr;
+  EXPECT_EQ(db_.Records(L"/f(2)=y"), 1);
+  db_.CloseAll();
+  once = true;
+  seen_.onServiceEvents = [&] {
+    if (!std::exchange(once, false)) return;
+    db_.CloseAll();
+    db_.Records(L"/f(2)=y");
+  };
+  EXPECT_EQ(db_.Get(L"/f(2)=y", 1, 2), "y");
+}
+
+TEST_F(FilterBuilderTest, ATextWrittenFromTheEventsLeavesTheOneBeingWrittenAlone) {
+  Make({"x", "y", "x"});
+  bool once = true;
+  seen_.onServiceEvents = [&] {
+    if (std::exchange(once, false)) db_.Set(L"", 2, 1, "a text of the call from the events");
+  };
+  db_.Set(L"/f(2)=x", 2, 1, "outer");
+  EXPECT_EQ(db_.Get(L"", 3, 1), "outer");
+  EXPECT_EQ(db_.Get(L"", 2, 1), "a text of the call from the events");
+}
+
+TEST_F(FilterBuilderTest, ACancelledInnerViewEndsNothingButItself) {
+  Make({"x", "x", "x", "x", "x", "x"});
+  seen_.answers = {Button::kYes};
+  seen_.pressCancel = {.phase = 1, .value = 3};
+  db_.SetStyle(L"/cell(rec,2)=\"x\"", 1, 1, 5);
+  EXPECT_EQ(seen_.messages.size(), 1U);
+  EXPECT_EQ(db_.Style(L"", 1).substr(0, 3), "1 5") << "the conversion itself was not cancelled";
+}
+
+TEST_F(FilterBuilderTest, AnotherSpellingOfAFileMadeAnewIsBuiltAnew) {
+  Make({"nut", "bolt", "nut"});
+  const std::wstring file = db_.file();
+  const std::size_t slash = file.rfind(L'/');
+  const std::wstring other = file.substr(0, slash) + L"/." + file.substr(slash);
+  std::wstring view = L'"' + other + L"\"/f(2)=nut";
+  EXPECT_EQ(db_.engine.Records(view), 2);
+  seen_.answers = {Button::kOk};
+  db_.New();
+  EXPECT_EQ(db_.Records(), 0);
+  EXPECT_EQ(db_.engine.Records(view), 0);
 }
 
 TEST_F(FilterBuilderTest, WithoutASlotTheBuilderSaysSo) {
