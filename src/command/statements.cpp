@@ -2,6 +2,7 @@
 
 #include "command/messages.h"
 #include "command/scanner.h"
+#include "platform/run_time_error.h"
 
 namespace orv::command {
 namespace {
@@ -81,7 +82,11 @@ class CommandRun {
   }
 
   void EndAssignment() {
-    evaluator_.Evaluate(statement_, context_);
+    try {
+      evaluator_.Evaluate(statement_, context_);
+    } catch (const platform::RunTimeFailure& failure) {
+      evaluator_.services().Error().Set(failure.number());
+    }
     if (evaluator_.services().Error().IsSet()) return End(message::kErrorAcure);
     End(evaluator_.Evaluate(statement_, context_).text);
   }

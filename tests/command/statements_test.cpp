@@ -71,6 +71,12 @@ TEST_F(StatementsTest, AnAssignmentThatLeavesAnErrorCodeFails) {
   EXPECT_EQ(Run("set x=str(\"a\");"), "[Type mismuch]");
 }
 
+TEST_F(StatementsTest, AnAssignmentThatTheStorageRefusesFailsTheSameWay) {
+  EXPECT_EQ(Run("set x=" + std::string(1200, '(') + "1" + std::string(1200, ')') + ";"),
+            "[Error acure]");
+  EXPECT_EQ(ErrorCode(), 28);
+}
+
 TEST_F(StatementsTest, TheKeywordIsExact) {
   EXPECT_EQ(Run("SET cell(1,1)=5;"), "5");
   EXPECT_EQ(Run("SET cell(1,1);"), "");  // an unknown function "SETcell"
