@@ -62,7 +62,11 @@ std::string IntPropertyImage(std::string_view text, std::int16_t cellSize, Error
 }  // namespace
 
 bool FixedFormat::IsNumeric() const {
-  return intProperty || dataType == type::kInteger || dataType == type::kNumber;
+  if (intProperty) {
+    return cellSize == sizeof(std::uint8_t) || cellSize == sizeof(std::int16_t) ||
+           cellSize == sizeof(std::int32_t);
+  }
+  return dataType == type::kInteger || dataType == type::kNumber;
 }
 
 std::optional<std::string> IntCellText(std::string_view bytes) {
