@@ -73,7 +73,7 @@ bool ContainerExport::GatherFields() {
     field.name = reader.Read(0, f);
     const storage::FieldReader* const cells = reader.Field(f);
     if (cells != nullptr) field.dataType = cells->style().dataType;
-    if (!source_.IsMatrix()) continue;
+    if (!source_.IsMatrix() || source_.endsInProperties) continue;
     const auto number = static_cast<std::int16_t>(f);
     field.width =
         services_.FindTypeValue(sourcePath_, storage::kTypeTableRecord, number, kWidthProperty);

@@ -190,6 +190,14 @@ TEST_F(ContainerExportTest, OfANestedMatrixBecomesATopMatrix) {
   ExpectSound();
 }
 
+TEST_F(ContainerExportTest, OfThePropertyMatrixOfAPathMakesNoPropertiesUp) {
+  MakeRichTable();
+  Export(false, L"/#");
+  UseTarget();
+  EXPECT_EQ(db_.Fields(), 3);
+  EXPECT_EQ(db_.Records(L"/#"), -1) << "there is no type table";
+}
+
 TEST_F(ContainerExportTest, OfAPropertyMatrixWorksToo) {
   MakeRichTable();
   const std::string types = Describe(L"/#");
