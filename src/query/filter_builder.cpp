@@ -169,6 +169,7 @@ bool Process::SearchDirectly(const FilterClass::Claim& claim, const FilterCondit
     if (!scan) {
       if (at.IsMatrix() &&
           !IsSearched(at, storage_.fields.GetFieldPos(at.position, condition.field(), *at.file))) {
+        dialog_.SetValue(records_);
         return true;
       }
       scan = OpenFieldScan(storage_, at, condition.field(), pattern);

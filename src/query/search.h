@@ -38,7 +38,8 @@ class Search {
   std::int32_t MtxFindFirst(const std::wstring& pth, FindRequest& request);
 
   /// The first record whose field holds exactly the value, letter case counting, from record 1 on.
-  /// A dBASE III table and a view are searched, too; in a view records are counted within the view.
+  /// A view is searched, too, and records are counted within it then; in a dBASE III table nothing
+  /// is found.
   std::int32_t FindEqual(const std::wstring& pth, std::int16_t field, std::string_view value);
 
   /// The record with the least text, by character codes. -1 when that is record 1 with a cell.

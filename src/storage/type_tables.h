@@ -33,7 +33,8 @@ struct TypeTable {
 
 class TypeTables {
  public:
-  /// The type table of a matrix, or nullptr when it has none. Good until `Clear`.
+  /// The type table of a matrix, or nullptr when it has none. Good until `Clear` or the
+  /// next call for another matrix.
   const TypeTable* Of(platform::File& file, std::int32_t matrix);
   /// Property `name` (lower-cased) of a type number, or nullptr. The plain type has none.
   const TypeProperty* Find(platform::File& file, std::int32_t matrix, std::int16_t typeNumber,

@@ -217,6 +217,18 @@ TEST_F(FieldStyleTest, CompressedCellsReadEmptyAndAreNotWritten) {
   EXPECT_EQ(db_.Bytes(), file.bytes());
 }
 
+TEST_F(FieldStyleTest, AnIntFieldOfThreeBytesHoldsTextsAndNewCellsAreBlank) {
+  db_.Fresh();
+  db_.AddFields(L"", 1, 1);
+  db_.AddRecords(L"", 1, 1);
+  db_.SetType(L"", -2, 1, "type", "int");
+  db_.SetStyle(L"", 1, 1, 3);
+  db_.AddRecords(L"", 1, 2);
+  EXPECT_EQ(db_.Error(), 0);
+  EXPECT_EQ(db_.Get(L"", 1, 1), "");
+  EXPECT_EQ(db_.Get(L"", 2, 1), "");
+}
+
 class TypePropertyTest : public FieldMembersTest {
  protected:
   void SetUp() override {
