@@ -79,7 +79,7 @@ class PropertyWriter {
   void Write(const std::string& prop, const std::string& vlu) {
     const std::int16_t type =
         SelectsCell(r_) ? TypeOfCell(storage_, pth_, r_, f_) : std::int16_t{0};
-    if (Failed() || !HasField() ||
+    if (Failed() || !FindCell() ||
         !EnsureMatrix(pth_, types_, storage::kTypeTableRecord, 1, "Types", kTypeFields))
       return;
     const std::int32_t known = RowOf(type);
@@ -94,17 +94,21 @@ class PropertyWriter {
  private:
   bool Failed() const { return storage_.error.IsSet(); }
 
-  /// Whether there is a field to give a type to, where the type is a cell's: the number of a field
-  /// just deleted has no descriptor, and nothing may be written for it.
-  bool HasField() {
+  /// Finds the cell behind the path, once: making the type table drops the views, and a view built
+  /// anew may show other records. False where the type is a cell's and there is no field to hold
+  /// it: the number of a field just deleted has no descriptor, and nothing may be written for it.
+  bool FindCell() {
     if (!SelectsCell(r_)) return true;
     const Location at = Resolved(pth_);
-    if (DescriptorOf(at) < 1) storage_.error.Set(code::kBadArgument);
+    matrix_ = at.position;
+    record_ = storage_.UnderlyingRecord(at, r_);
+    field_ = storage_.UnderlyingField(at, f_);
+    if (DescriptorIn(*at.file) < 1) storage_.error.Set(code::kBadArgument);
     return !Failed();
   }
 
-  std::int32_t DescriptorOf(const Location& at) {
-    return storage_.fields.GetFieldPos(at.position, storage_.UnderlyingField(at, f_), *at.file);
+  std::int32_t DescriptorIn(File& file) {
+    return storage_.fields.GetFieldPos(matrix_, field_, file);
   }
 
   /// A path that led to a matrix when the writing began. Raises 9 when it does not any more: in a
@@ -186,12 +190,11 @@ class PropertyWriter {
 
   /// Gives the cell, its title or its field the type, keeping length form and matrix flag.
   void StoreType(std::int16_t type) {
-    const Location at = Resolved(pth_);
-    File& file = *at.file;
-    const std::int32_t descriptor = DescriptorOf(at);
+    File& file = *Resolved(pth_).file;
+    const std::int32_t descriptor = DescriptorIn(file);
     const bool hasCells = storage::StyleOf(descriptor, file).freeSize == storage::free_size::kFree;
     if (r_ > 0 && hasCells) {
-      StoreTypeOfCell(at, descriptor, storage_.UnderlyingRecord(at, r_), type);
+      StoreTypeOfCell(file, descriptor, type);
     } else {
       ReplaceType(file,
                   std::int64_t{descriptor} +
@@ -200,15 +203,14 @@ class PropertyWriter {
     }
   }
 
-  void StoreTypeOfCell(const Location& at, std::int32_t descriptor, std::int32_t record,
-                       std::int16_t type) {
-    storage::MakeRoom(at.position, descriptor, *at.file, storage_.types);
+  void StoreTypeOfCell(File& file, std::int32_t descriptor, std::int16_t type) {
+    storage::MakeRoom(matrix_, descriptor, file, storage_.types);
     std::int32_t slot = 0;
-    std::int32_t cell = storage::GetCellPos(descriptor, record, *at.file, slot, storage_.error);
+    std::int32_t cell = storage::GetCellPos(descriptor, record_, file, slot, storage_.error);
     if (cell == 0) {
-      storage::PutCell(cell, type, {}, *at.file, slot);
+      storage::PutCell(cell, type, {}, file, slot);
     } else {
-      ReplaceType(*at.file, cell, type);
+      ReplaceType(file, cell, type);
     }
   }
 
@@ -226,6 +228,10 @@ class PropertyWriter {
   std::wstring types_;
   std::int32_t r_;
   std::int16_t f_;
+  // The cell behind the path, in the matrix that it shows.
+  std::int32_t matrix_ = 0;
+  std::int32_t record_ = 0;
+  std::int16_t field_ = 0;
 };
 
 std::string DbaseProperty(Storage& storage, const Location& at, std::int16_t f,

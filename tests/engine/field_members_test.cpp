@@ -271,6 +271,20 @@ TEST_F(TypePropertyTest, APropertyOutlivesAChangeOfTheLengthForm) {
   EXPECT_EQ(db_.Type(L"", 1, 1, "unit"), "km");
 }
 
+TEST_F(TypePropertyTest, GoToTheRecordThatTheViewShowsNow) {
+  db_.Fresh();
+  db_.AddFields(L"", 1, 1);
+  db_.AddRecords(L"", 3, 1);
+  for (int r = 1; r <= 3; ++r) db_.Set(L"", r, 1, r == 3 ? "y" : "x");
+  ASSERT_EQ(db_.Records(L"/f(1)=x"), 2);
+  db_.Set(L"", 1, 1, "z");  // stays in the view until that is built anew
+  db_.SetType(L"/f(1)=x", 2, 1, "type", "int");
+  EXPECT_EQ(db_.Error(), 0);
+  EXPECT_EQ(db_.Id(L"", 1, 1), 1);
+  EXPECT_EQ(db_.Id(L"", 2, 1), 2);
+  EXPECT_EQ(db_.Id(L"", 3, 1), 1);
+}
+
 TEST_F(TypePropertyTest, TitleCellsFieldsAndKeyedEntries) {
   db_.SetType(L"", 0, 1, "hint", "name");
   EXPECT_EQ(db_.Id(L"", 0, 1), 2);
